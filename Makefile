@@ -1,0 +1,53 @@
+# The two commands a new user needs: `make run` and `make test`.
+BUILD_DIR ?= build
+ASAN_DIR ?= build-asan
+JOBS ?= $(shell nproc 2>/dev/null || echo 2)
+CMAKE_FLAGS ?= -DCMAKE_BUILD_TYPE=RelWithDebInfo
+
+# Debian packages the project builds, runs and tests with.
+PACKAGES := cmake g++ make pkg-config \
+	qt6-base-dev qt6-base-dev-tools qt6-image-formats-plugins libgl-dev \
+	libexiv2-dev libicu-dev fonts-dejavu-core fonts-dejavu-extra \
+	libjpeg-turbo-progs xvfb xauth
+
+.PHONY: all deps build run test test-asan bench clean
+
+all: build
+
+deps:
+	@missing=""; \
+	for p in $(PACKAGES); do \
+	  dpkg-query -W -f='$${Status}' $$p 2>/dev/null | grep -q 'install ok installed' || missing="$$missing $$p"; \
+	done; \
+	if [ -z "$$missing" ]; then exit 0; fi; \
+	echo "Installing:$$missing"; \
+	if [ "$$(id -u)" = 0 ]; then SUDO=""; \
+	elif command -v sudo >/dev/null 2>&1 && sudo -n true 2>/dev/null; then SUDO="sudo"; \
+	else echo "Please run: sudo apt-get install -y$$missing"; exit 1; fi; \
+	export DEBIAN_FRONTEND=noninteractive; \
+	$$SUDO apt-get install -y --no-install-recommends $$missing || \
+	  { $$SUDO apt-get update && $$SUDO apt-get install -y --no-install-recommends $$missing; }
+
+$(BUILD_DIR)/CMakeCache.txt:
+	cmake -S . -B $(BUILD_DIR) $(CMAKE_FLAGS)
+
+build: deps $(BUILD_DIR)/CMakeCache.txt
+	cmake --build $(BUILD_DIR) -j $(JOBS)
+
+run: build
+	./$(BUILD_DIR)/stampwise $(wildcard $(BUILD_DIR)/samples)
+
+test: build
+	cd $(BUILD_DIR) && QT_QPA_PLATFORM=offscreen ctest --output-on-failure -j $(JOBS)
+
+test-asan: deps
+	cmake -S . -B $(ASAN_DIR) -DCMAKE_BUILD_TYPE=Debug -DSTAMPWISE_SANITIZE=ON
+	cmake --build $(ASAN_DIR) -j $(JOBS)
+	cd $(ASAN_DIR) && QT_QPA_PLATFORM=offscreen ASAN_OPTIONS=detect_leaks=0 \
+	  UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 ctest --output-on-failure -j $(JOBS)
+
+bench: build
+	cmake --build $(BUILD_DIR) --target bench -j $(JOBS)
+
+clean:
+	rm -rf $(BUILD_DIR) $(ASAN_DIR)

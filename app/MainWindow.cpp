@@ -1,0 +1,36 @@
+#include "app/MainWindow.h"
+
+#include <QCloseEvent>
+#include <QStyle>
+
+#include "ui_MainWindow.h"
+
+MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent), ui_(std::make_unique<Ui::MainWindow>()) {
+    ui_->setupUi(this);
+    // Icons come from the desktop theme, with the style's own as fallback.
+    const auto icon = [this](const char* themeName, QStyle::StandardPixmap fallback) {
+        return QIcon::fromTheme(QLatin1String(themeName), style()->standardIcon(fallback));
+    };
+    ui_->actionAddFiles->setIcon(icon("document-open", QStyle::SP_DialogOpenButton));
+    ui_->actionAddFolder->setIcon(icon("folder-open", QStyle::SP_DirOpenIcon));
+    ui_->actionRemoveTicked->setIcon(icon("list-remove", QStyle::SP_DialogDiscardButton));
+    ui_->actionClearAll->setIcon(icon("edit-clear", QStyle::SP_TrashIcon));
+    ui_->actionTickAll->setIcon(icon("edit-select-all", QStyle::SP_DialogApplyButton));
+    ui_->actionUntickAll->setIcon(icon("edit-select-none", QStyle::SP_DialogResetButton));
+    ui_->actionStamp->setIcon(icon("document-save-as", QStyle::SP_DialogSaveButton));
+    ui_->actionQuit->setMenuRole(QAction::QuitRole);
+    ui_->actionAbout->setMenuRole(QAction::AboutRole);
+    ui_->splitView->setStretchFactor(0, 0);
+    ui_->splitView->setStretchFactor(1, 1);
+    ui_->splitView->setSizes({330, 670});
+}
+
+MainWindow::~MainWindow() = default;
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    if (shouldClose_ && !shouldClose_()) {
+        event->ignore();
+        return;
+    }
+    event->accept();
+}

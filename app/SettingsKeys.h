@@ -1,0 +1,15 @@
+#pragma once
+
+namespace SettingsKeys {
+inline constexpr const char* kHasDefaults = "hasDefaults";
+inline constexpr const char* kTimeType = "gTimeType";
+inline constexpr const char* kDateType = "gDateType";
+inline constexpr const char* kColor = "aColor";
+inline constexpr const char* kFont = "aFont";
+inline constexpr const char* kIsLoadDirectory = "isLoadDirectory";
+inline constexpr const char* kStandardFontWidth = "standardFontWidth";
+inline constexpr const char* kStandardFontHeight = "standardFontHeight";
+inline constexpr const char* kIsSafety = "isSafety";
+inline constexpr const char* kDateTimeString = "dateTimeString";
+inline constexpr const char* kTrue = "true";
+}  // namespace SettingsKeys

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QWidget>
+
+// The thumbnail browser.
+class AssetCollectionView : public QWidget {
+    Q_OBJECT
+public:
+    explicit AssetCollectionView(QWidget* parent = nullptr);
+
+    bool isLoadDirectory() const { return isLoadDirectory_; }
+    void setIsLoadDirector(bool isLoadDirectory) { isLoadDirectory_ = isLoadDirectory; }
+
+    qint32 subviewsLayoutType() const { return subviewsLayoutType_; }
+    void setSubviewsLayoutType(qint32 type) { subviewsLayoutType_ = type; }
+
+    // Seconds an animated layout pass takes; stored on first use.
+    static double layoutDuration();
+
+private:
+    bool isLoadDirectory_ = false;
+    qint32 subviewsLayoutType_ = 3;
+};

@@ -1,0 +1,3 @@
+#include "stamp/QNSDragView.h"
+
+QNSDragView::QNSDragView(QWidget* parent) : QWidget(parent) {}
