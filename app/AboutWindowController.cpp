@@ -5,9 +5,11 @@
 #include "platform/ControlTag.h"
 #include "ui_AboutWindowController.h"
 
-AboutWindowController::AboutWindowController(QWidget* parent) : QWidget(parent, Qt::Window), ui_(std::make_unique<Ui::AboutWindowController>()) {
+AboutWindowController::AboutWindowController(QWidget* parent)
+    : QWidget(parent, Qt::Window), ui_(std::make_unique<Ui::AboutWindowController>()) {
     ui_->setupUi(this);
-    connect(ui_->closeButton, &QAbstractButton::clicked, this, [this] { promptEvent(ui_->closeButton); });
+    connect(ui_->closeButton, &QAbstractButton::clicked, this,
+            [this] { promptEvent(ui_->closeButton); });
 }
 
 AboutWindowController::~AboutWindowController() = default;

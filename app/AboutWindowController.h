@@ -10,12 +10,12 @@ class AboutWindowController;
 // A small window whose only command is closing (button 31018).
 class AboutWindowController : public QWidget {
     Q_OBJECT
-public:
+  public:
     explicit AboutWindowController(QWidget* parent = nullptr);
     ~AboutWindowController() override;
 
     void promptEvent(QObject* sender);
 
-private:
+  private:
     std::unique_ptr<Ui::AboutWindowController> ui_;
 };

@@ -5,7 +5,8 @@
 
 #include "ui_MainWindow.h"
 
-MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent), ui_(std::make_unique<Ui::MainWindow>()) {
+MainWindow::MainWindow(QWidget* parent)
+    : QMainWindow(parent), ui_(std::make_unique<Ui::MainWindow>()) {
     ui_->setupUi(this);
     // Icons come from the desktop theme, with the style's own as fallback.
     const auto icon = [this](const char* themeName, QStyle::StandardPixmap fallback) {

@@ -11,19 +11,21 @@ class MainWindow;
 // The main window as laid out in MainWindow.ui; the controller does the rest.
 class MainWindow : public QMainWindow {
     Q_OBJECT
-public:
+  public:
     explicit MainWindow(QWidget* parent = nullptr);
     ~MainWindow() override;
 
     Ui::MainWindow& ui() { return *ui_; }
 
     // Asked before the window closes; false keeps it open.
-    void setShouldClose(std::function<bool()> shouldClose) { shouldClose_ = std::move(shouldClose); }
+    void setShouldClose(std::function<bool()> shouldClose) {
+        shouldClose_ = std::move(shouldClose);
+    }
 
-protected:
+  protected:
     void closeEvent(QCloseEvent* event) override;
 
-private:
+  private:
     std::unique_ptr<Ui::MainWindow> ui_;
     std::function<bool()> shouldClose_;
 };

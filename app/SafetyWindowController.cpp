@@ -5,9 +5,11 @@
 #include "platform/ControlTag.h"
 #include "ui_SafetyWindowController.h"
 
-SafetyWindowController::SafetyWindowController(QWidget* parent) : QWidget(parent, Qt::Window), ui_(std::make_unique<Ui::SafetyWindowController>()) {
+SafetyWindowController::SafetyWindowController(QWidget* parent)
+    : QWidget(parent, Qt::Window), ui_(std::make_unique<Ui::SafetyWindowController>()) {
     ui_->setupUi(this);
-    connect(ui_->closeButton, &QAbstractButton::clicked, this, [this] { promptEvent(ui_->closeButton); });
+    connect(ui_->closeButton, &QAbstractButton::clicked, this,
+            [this] { promptEvent(ui_->closeButton); });
 }
 
 SafetyWindowController::~SafetyWindowController() = default;

@@ -54,7 +54,8 @@ float SettingValues::floatValue(const QString& text) {
         ++i;
     }
     qsizetype digits = i;
-    while (digits < bytes.size() && ((begin[digits] >= '0' && begin[digits] <= '9') || begin[digits] == '.')) {
+    while (digits < bytes.size() &&
+           ((begin[digits] >= '0' && begin[digits] <= '9') || begin[digits] == '.')) {
         ++digits;
     }
     if (digits == i) {

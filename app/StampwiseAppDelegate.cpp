@@ -57,7 +57,9 @@ constexpr qint64 kPhotoControls[] = {31031, 31007, 31039, 31036, 31034, 31037, 3
                                      31083, 31084, 31202, 31010, 31002, 31035, 31201, 35001};
 constexpr qint64 kAlwaysEnabledToolbarItems[] = {30008, 30108};
 
-bool inRange(qint64 tag, qint64 low, qint64 high) { return tag >= low && tag <= high; }
+bool inRange(qint64 tag, qint64 low, qint64 high) {
+    return tag >= low && tag <= high;
+}
 
 bool isViewSearchTag(qint64 tag) {
     return inRange(tag, 31000, 31999) || inRange(tag, 32200, 32299) || inRange(tag, 34000, 34999) ||
@@ -93,15 +95,22 @@ QString readString(const QSettings& settings, const char* key) {
     return value.canConvert<QString>() ? value.toString() : QString();
 }
 
-QString menuTitle(const QAction* action) { return action->text().remove(QLatin1Char('&')); }
+QString menuTitle(const QAction* action) {
+    return action->text().remove(QLatin1Char('&'));
+}
 }  // namespace
 
-StampwiseAppDelegate::StampwiseAppDelegate(AlertPanel& alerts, OpenPanel& openPanel, QObject* parent)
+StampwiseAppDelegate::StampwiseAppDelegate(AlertPanel& alerts, OpenPanel& openPanel,
+                                           QObject* parent)
     : QObject(parent), alerts_(alerts), openPanel_(openPanel) {}
 
-StampwiseAppDelegate::~StampwiseAppDelegate() { NotificationCenter::defaultCenter().removeObserver(this); }
+StampwiseAppDelegate::~StampwiseAppDelegate() {
+    NotificationCenter::defaultCenter().removeObserver(this);
+}
 
-QWidget* StampwiseAppDelegate::window() const { return window_.data(); }
+QWidget* StampwiseAppDelegate::window() const {
+    return window_.data();
+}
 
 void StampwiseAppDelegate::connectToWindow(MainWindow* window) {
     window_ = window;
@@ -126,11 +135,13 @@ void StampwiseAppDelegate::connectToWindow(MainWindow* window) {
         if (auto* action = qobject_cast<QAction*>(object)) {
             connect(action, &QAction::triggered, this, [this, action] { promptEvent(action); });
         } else if (auto* matrix = qobject_cast<RadioMatrix*>(object)) {
-            connect(matrix, &RadioMatrix::cellClicked, this, [this, matrix] { promptEvent(matrix); });
+            connect(matrix, &RadioMatrix::cellClicked, this,
+                    [this, matrix] { promptEvent(matrix); });
         } else if (auto* combo = qobject_cast<QComboBox*>(object)) {
             connect(combo, &QComboBox::activated, this, [this, combo] { promptEvent(combo); });
         } else if (auto* button = qobject_cast<QAbstractButton*>(object)) {
-            connect(button, &QAbstractButton::clicked, this, [this, button] { promptEvent(button); });
+            connect(button, &QAbstractButton::clicked, this,
+                    [this, button] { promptEvent(button); });
         }
     }
 }
@@ -246,13 +257,16 @@ void StampwiseAppDelegate::performLongRunningWork() {
     isLoadDirectory_ = false;
 }
 
-void StampwiseAppDelegate::performClickTitleCheckBox() { redrawAmountInfo(); }
+void StampwiseAppDelegate::performClickTitleCheckBox() {
+    redrawAmountInfo();
+}
 
 // ---- settings
 
 void StampwiseAppDelegate::defaultLoadAppSetting() {
     QSettings settings;
-    const bool hasDefaults = SettingValues::boolValue(readString(settings, SettingsKeys::kHasDefaults));
+    const bool hasDefaults =
+        SettingValues::boolValue(readString(settings, SettingsKeys::kHasDefaults));
     gTimeType_ = SettingValues::integerValue(readString(settings, SettingsKeys::kTimeType));
     gDateType_ = SettingValues::integerValue(readString(settings, SettingsKeys::kDateType));
     if (hasDefaults) {
@@ -264,16 +278,20 @@ void StampwiseAppDelegate::defaultLoadAppSetting() {
         }
         const QVariant font = settings.value(QLatin1String(SettingsKeys::kFont));
         if (font.typeId() == QMetaType::QByteArray) {
-            aFont_ = SettingValues::decodeFont(font.toByteArray()).value_or(SettingValues::defaultStampFont());
+            aFont_ = SettingValues::decodeFont(font.toByteArray())
+                         .value_or(SettingValues::defaultStampFont());
         } else if (!hasFont_) {
             aFont_ = SettingValues::defaultStampFont();
         }
         hasFont_ = true;
         return;
     }
-    isLoadDirectory_ = SettingValues::boolValue(readString(settings, SettingsKeys::kIsLoadDirectory));
-    standardFontWidth_ = SettingValues::floatValue(readString(settings, SettingsKeys::kStandardFontWidth));
-    standardFontHeight_ = SettingValues::floatValue(readString(settings, SettingsKeys::kStandardFontHeight));
+    isLoadDirectory_ =
+        SettingValues::boolValue(readString(settings, SettingsKeys::kIsLoadDirectory));
+    standardFontWidth_ =
+        SettingValues::floatValue(readString(settings, SettingsKeys::kStandardFontWidth));
+    standardFontHeight_ =
+        SettingValues::floatValue(readString(settings, SettingsKeys::kStandardFontHeight));
     isSafety_ = SettingValues::boolValue(readString(settings, SettingsKeys::kIsSafety));
     if (settings.contains(QLatin1String(SettingsKeys::kDateTimeString))) {
         dateTimeString_ = readString(settings, SettingsKeys::kDateTimeString);
@@ -288,7 +306,8 @@ void StampwiseAppDelegate::defaultLoadAppSetting() {
 
 void StampwiseAppDelegate::defaultSaveAppSetting() {
     QSettings settings;
-    settings.setValue(QLatin1String(SettingsKeys::kHasDefaults), QLatin1String(SettingsKeys::kTrue));
+    settings.setValue(QLatin1String(SettingsKeys::kHasDefaults),
+                      QLatin1String(SettingsKeys::kTrue));
     settings.setValue(QLatin1String(SettingsKeys::kTimeType), QString::number(gTimeType_));
     settings.setValue(QLatin1String(SettingsKeys::kDateType), QString::number(gDateType_));
     settings.setValue(QLatin1String(SettingsKeys::kColor), SettingValues::encodeColor(aColor_));
@@ -334,7 +353,8 @@ void StampwiseAppDelegate::promptEvent(QObject* sender) {
         return;
     }
     auto* action = qobject_cast<QAction*>(sender);
-    if (action != nullptr && inRange(tag, 32500, 32510) && isInWidgetOfType(action, QMenu::staticMetaObject)) {
+    if (action != nullptr && inRange(tag, 32500, 32510) &&
+        isInWidgetOfType(action, QMenu::staticMetaObject)) {
         dispatchMenuItem(tag);
         return;
     }

@@ -10,15 +10,15 @@
 #include <memory>
 #include <optional>
 
-#include "catalog/AssetCollection.h"
-#include "platform/Notification.h"
-#include "platform/RadioMatrix.h"
 #include <QMenuBar>
 #include <QScrollArea>
 #include <QSplitter>
 #include <QToolBar>
 #include "app/MainWindow.h"
 #include "browser/AssetCollectionView.h"
+#include "catalog/AssetCollection.h"
+#include "platform/Notification.h"
+#include "platform/RadioMatrix.h"
 #include "stamp/QNSDragView.h"
 #include "stamp/SlideshowView.h"
 
@@ -30,7 +30,7 @@ class QWidget;
 // command dispatch by control tag and the enabled states of the commands.
 class StampwiseAppDelegate : public QObject {
     Q_OBJECT
-public:
+  public:
     StampwiseAppDelegate(AlertPanel& alerts, OpenPanel& openPanel, QObject* parent = nullptr);
     ~StampwiseAppDelegate() override;
 
@@ -102,11 +102,11 @@ public:
     // Secondary windows opened so far (About, Safety, Type), for inspection.
     QWidget* secondaryWindow(const QString& name) const;
 
-signals:
+  signals:
     // Sent just before the application leaves its event loop for good.
     void applicationWillTerminate();
 
-private:
+  private:
     void registerObservers();
     void dispatchMenuItem(qint64 tag);
     void dispatchToolbarItem(qint64 tag);

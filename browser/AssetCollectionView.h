@@ -5,7 +5,7 @@
 // The thumbnail browser.
 class AssetCollectionView : public QWidget {
     Q_OBJECT
-public:
+  public:
     explicit AssetCollectionView(QWidget* parent = nullptr);
 
     bool isLoadDirectory() const { return isLoadDirectory_; }
@@ -17,7 +17,7 @@ public:
     // Seconds an animated layout pass takes; stored on first use.
     static double layoutDuration();
 
-private:
+  private:
     bool isLoadDirectory_ = false;
     qint32 subviewsLayoutType_ = 3;
 };

@@ -4,7 +4,7 @@
 
 // Shows modal alerts; tests replace it with FakeAlertPanel.
 class AlertPanel {
-public:
+  public:
     virtual ~AlertPanel() = default;
     // The index of the button chosen: 0 is the default button.
     virtual int run(const AlertRequest& request) = 0;

@@ -7,7 +7,7 @@
 
 // Records every alert and answers from a script (default button when the script is empty).
 class FakeAlertPanel : public AlertPanel {
-public:
+  public:
     int run(const AlertRequest& request) override;
 
     void answerNext(int buttonIndex) { script_.push_back(buttonIndex); }
@@ -15,7 +15,7 @@ public:
 
     QList<AlertRequest> shown;
 
-private:
+  private:
     std::deque<int> script_;
     int defaultAnswer_ = 0;
 };

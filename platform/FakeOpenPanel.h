@@ -8,7 +8,7 @@
 
 // Records every request and answers from a script (cancel when the script is empty).
 class FakeOpenPanel : public OpenPanel {
-public:
+  public:
     std::optional<QStringList> run(const OpenPanelRequest& request) override;
 
     void answerNext(const QStringList& paths) { script_.push_back({false, paths}); }
@@ -16,7 +16,7 @@ public:
 
     QList<OpenPanelRequest> requests;
 
-private:
+  private:
     struct Answer {
         bool cancelled;
         QStringList paths;

@@ -11,15 +11,17 @@ NotificationCenter& NotificationCenter::defaultCenter() {
 void NotificationCenter::addObserver(QObject* observer, const QString& name, Handler handler) {
     {
         QMutexLocker lock(&mutex_);
-        const bool known = std::any_of(entries_.begin(), entries_.end(),
-                                       [observer](const Entry& e) { return e.observer == observer; });
+        const bool known =
+            std::any_of(entries_.begin(), entries_.end(),
+                        [observer](const Entry& e) { return e.observer == observer; });
         entries_.push_back({observer, name, std::move(handler), nextId_++});
         if (known) {
             return;
         }
     }
-    QObject::connect(observer, &QObject::destroyed, observer,
-                     [this, observer] { removeObserver(observer); }, Qt::DirectConnection);
+    QObject::connect(
+        observer, &QObject::destroyed, observer, [this, observer] { removeObserver(observer); },
+        Qt::DirectConnection);
 }
 
 void NotificationCenter::removeObserver(QObject* observer) {
@@ -55,6 +57,6 @@ void NotificationCenter::post(const QString& name, const QVariant& object) {
 
 int NotificationCenter::observerCount(const QString& name) const {
     QMutexLocker lock(&mutex_);
-    return static_cast<int>(
-        std::count_if(entries_.begin(), entries_.end(), [&](const Entry& e) { return e.name == name; }));
+    return static_cast<int>(std::count_if(entries_.begin(), entries_.end(),
+                                          [&](const Entry& e) { return e.name == name; }));
 }

@@ -11,7 +11,7 @@
 // Named notifications delivered synchronously, on the posting thread, to every
 // observer registered for that name.
 class NotificationCenter {
-public:
+  public:
     using Handler = std::function<void(const Notification&)>;
 
     static NotificationCenter& defaultCenter();
@@ -23,7 +23,7 @@ public:
 
     int observerCount(const QString& name) const;
 
-private:
+  private:
     struct Entry {
         QObject* observer;
         QString name;

@@ -7,5 +7,6 @@ inline constexpr const char* kSelectImageHighlight = "selectImageHighlight";
 inline constexpr const char* kMoveDateTime = "moveDateTime";
 inline constexpr const char* kGotFileAmount = "gotFileAmount";
 inline constexpr const char* kClickTitleCheckBox = "clickTitleCheckBox";
-inline constexpr const char* kSplitViewWillResizeSubviews = "NSSplitViewWillResizeSubviewsNotification";
+inline constexpr const char* kSplitViewWillResizeSubviews =
+    "NSSplitViewWillResizeSubviewsNotification";
 }  // namespace NotificationNames

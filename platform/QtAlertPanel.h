@@ -7,11 +7,11 @@
 
 // Alerts as application-modal message boxes.
 class QtAlertPanel : public AlertPanel {
-public:
+  public:
     explicit QtAlertPanel(QWidget* parent = nullptr) : parent_(parent) {}
     void setParent(QWidget* parent) { parent_ = parent; }
     int run(const AlertRequest& request) override;
 
-private:
+  private:
     QPointer<QWidget> parent_;
 };

@@ -6,11 +6,11 @@
 #include "platform/OpenPanel.h"
 
 class QtOpenPanel : public OpenPanel {
-public:
+  public:
     explicit QtOpenPanel(QWidget* parent = nullptr) : parent_(parent) {}
     void setParent(QWidget* parent) { parent_ = parent; }
     std::optional<QStringList> run(const OpenPanelRequest& request) override;
 
-private:
+  private:
     QPointer<QWidget> parent_;
 };

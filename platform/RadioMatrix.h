@@ -14,7 +14,7 @@ class RadioMatrix : public QWidget {
     Q_PROPERTY(int columns READ columns WRITE setColumns)
     Q_PROPERTY(QStringList cellTitles READ cellTitles WRITE setCellTitles)
     Q_PROPERTY(int selectedIndex READ selectedIndex WRITE setSelectedIndex)
-public:
+  public:
     explicit RadioMatrix(QWidget* parent = nullptr);
 
     int rows() const { return rows_; }
@@ -32,10 +32,10 @@ public:
 
     QRadioButton* cell(int index) const;
 
-signals:
+  signals:
     void cellClicked();
 
-private:
+  private:
     void rebuild();
 
     int rows_ = 1;

@@ -15,6 +15,6 @@ int add(const char* name, Factory factory);
 QString photosDir();
 }  // namespace TestRegistry
 
-#define SW_TEST_CLASS(Class)                          \
-    static const int Class##_registered =             \
+#define SW_TEST_CLASS(Class)              \
+    static const int Class##_registered = \
         TestRegistry::add(#Class, [] { return std::make_unique<Class>(); });

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QSettings>
+#include <QTemporaryDir>
+#include <memory>
+
+#include "app/MainWindow.h"
+#include "app/StampwiseAppDelegate.h"
+#include "platform/FakeAlertPanel.h"
+#include "platform/FakeOpenPanel.h"
+
+// The real main window and controller, with recording alerts and open panels
+// and a settings store of their own.
+struct AppFixture {
+    QTemporaryDir settingsDir;
+    FakeAlertPanel alerts;
+    FakeOpenPanel openPanel;
+    std::unique_ptr<MainWindow> window;
+    std::unique_ptr<StampwiseAppDelegate> delegate;
+
+    AppFixture() {
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settingsDir.path());
+        QSettings().clear();
+    }
+
+    // Builds the window and controller; launch runs the start-up sequence.
+    StampwiseAppDelegate& start(bool launch = true) {
+        delegate.reset();
+        window = std::make_unique<MainWindow>();
+        delegate = std::make_unique<StampwiseAppDelegate>(alerts, openPanel);
+        delegate->connectToWindow(window.get());
+        if (launch) {
+            delegate->applicationDidFinishLaunching();
+        }
+        return *delegate;
+    }
+
+    template <typename T>
+    T* control(qint64 tag) {
+        return qobject_cast<T*>(delegate->getGUIObject(tag, nullptr));
+    }
+};

@@ -1,0 +1,220 @@
+#include <QAction>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QSettings>
+#include <QTest>
+
+#include "AppFixture.h"
+#include "TestRegistry.h"
+#include "app/SettingValues.h"
+#include "app/WindowPlacement.h"
+#include "ui_MainWindow.h"
+
+namespace {
+QColor storedColour(const QSettings& settings) {
+    return SettingValues::decodeColor(settings.value("aColor").toByteArray()).value_or(QColor());
+}
+}  // namespace
+
+class StartupTest : public QObject {
+    Q_OBJECT
+  private slots:
+    void emptyStoreGivesFirstRunDefaultsAndSavesThem() {
+        AppFixture app;
+        StampwiseAppDelegate& d = app.start();
+        QCOMPARE(d.gDateType(), 0);
+        QCOMPARE(d.gTimeType(), 0);
+        QCOMPARE(d.aColor(), QColor(Qt::red));
+        QCOMPARE(d.aFont().pointSizeF(), 16.0);
+        QVERIFY(d.aFont().bold() && d.aFont().italic());
+        QCOMPARE(d.selectChannel(), 0);
+        QCOMPARE(d.isFirstTime(), 0);
+        QVERIFY(!d.hasImage());
+        QVERIFY(d.aDate().has_value());
+
+        QSettings settings;
+        QCOMPARE(settings.value("hasDefaults").toString(), QStringLiteral("true"));
+        QCOMPARE(settings.value("gTimeType").toString(), QStringLiteral("0"));
+        QCOMPARE(settings.value("gDateType").toString(), QStringLiteral("0"));
+        QCOMPARE(storedColour(settings), QColor(Qt::red));
+        QVERIFY(SettingValues::decodeFont(settings.value("aFont").toByteArray()).has_value());
+        // The label takes the stamp colour at start-up.
+        auto* label = app.control<QLabel>(36007);
+        QVERIFY(label != nullptr);
+        QCOMPARE(label->palette().color(QPalette::WindowText), QColor(Qt::red));
+    }
+
+    void laterRunReadsStoredValues() {
+        AppFixture app;
+        QFont font(QStringLiteral("DejaVu Serif"));
+        font.setPointSizeF(30);
+        {
+            QSettings settings;
+            settings.setValue("hasDefaults", "true");
+            settings.setValue("gDateType", "3");
+            settings.setValue("gTimeType", "2");
+            settings.setValue("aColor", SettingValues::encodeColor(QColor(Qt::blue)));
+            settings.setValue("aFont", SettingValues::encodeFont(font));
+            settings.setValue("standardFontWidth", "12.5");
+        }
+        StampwiseAppDelegate& d = app.start();
+        QCOMPARE(d.gDateType(), 3);
+        QCOMPARE(d.gTimeType(), 2);
+        QCOMPARE(d.aColor(), QColor(Qt::blue));
+        QCOMPARE(d.aFont().family(), font.family());
+        QCOMPARE(d.aFont().pointSizeF(), 30.0);
+        // Read only while no settings were ever saved.
+        QCOMPARE(d.standardFontWidth(), 0.0F);
+    }
+
+    void whatOneRunSavesTheNextReads() {
+        AppFixture app;
+        StampwiseAppDelegate& first = app.start();
+        first.setGDateType(2);
+        first.setGTimeType(1);
+        first.setAColor(QColor::fromRgbF(0.1F, 0.2F, 0.3F, 0.5F));
+        first.defaultSaveAppSetting();
+        const QFont savedFont = first.aFont();
+
+        StampwiseAppDelegate& second = app.start();
+        QCOMPARE(second.gDateType(), 2);
+        QCOMPARE(second.gTimeType(), 1);
+        QCOMPARE(second.aColor().rgba64(), QColor::fromRgbF(0.1F, 0.2F, 0.3F, 0.5F).rgba64());
+        QCOMPARE(second.aFont().family(), savedFont.family());
+    }
+
+    void firstRunBranch_data() {
+        QTest::addColumn<QString>("hasDefaults");
+        QTest::newRow("false") << "false";
+        QTest::newRow("no") << "no";
+        QTest::newRow("0") << "0";
+        QTest::newRow("absent") << "";
+    }
+    void firstRunBranch() {
+        QFETCH(QString, hasDefaults);
+        AppFixture app;
+        {
+            QSettings settings;
+            if (!hasDefaults.isEmpty()) {
+                settings.setValue("hasDefaults", hasDefaults);
+            }
+            settings.setValue("aColor", SettingValues::encodeColor(QColor(Qt::green)));
+            settings.setValue("standardFontWidth", " 12.5");
+            settings.setValue("standardFontHeight", "7");
+            settings.setValue("isSafety", "Yes");
+            settings.setValue("isLoadDirectory", "no");
+            settings.setValue("dateTimeString", "typed");
+        }
+        StampwiseAppDelegate& d = app.start();
+        QCOMPARE(d.aColor(), QColor(Qt::red));
+        QCOMPARE(d.standardFontWidth(), 12.5F);
+        QCOMPARE(d.standardFontHeight(), 7.0F);
+        QVERIFY(d.isSafety());
+        QVERIFY(!d.isLoadDirectory());
+        QCOMPARE(d.dateTimeString().value_or(QString()), QStringLiteral("typed"));
+        QCOMPARE(QSettings().value("hasDefaults").toString(), QStringLiteral("true"));
+        QCOMPARE(storedColour(QSettings()), QColor(Qt::red));
+    }
+
+    // A damaged store still starts, with the documented fallbacks.
+    void garbageStore_data() {
+        QTest::addColumn<QVariant>("dateType");
+        QTest::addColumn<QVariant>("colour");
+        QTest::addColumn<QVariant>("font");
+        QTest::addColumn<qint64>("expectedDateType");
+        const QByteArray goodFont =
+            SettingValues::encodeFont(QFont(QStringLiteral("DejaVu Serif"), 20));
+        QTest::newRow("word for a number")
+            << QVariant("three") << QVariant() << QVariant(goodFont) << qint64(0);
+        QTest::newRow("huge number") << QVariant("123456789012345678901234567890") << QVariant()
+                                     << QVariant(goodFont) << std::numeric_limits<qint64>::max();
+        QTest::newRow("date type 9")
+            << QVariant("9") << QVariant() << QVariant(goodFont) << qint64(9);
+        QTest::newRow("truncated colour")
+            << QVariant("1") << QVariant(QByteArray("stampwise-color/1\n0.5")) << QVariant(goodFont)
+            << qint64(1);
+        QTest::newRow("colour stored as text")
+            << QVariant("1") << QVariant("blue") << QVariant(goodFont) << qint64(1);
+        QTest::newRow("truncated font")
+            << QVariant("2") << QVariant() << QVariant(QByteArray("stampwise-font/1\nDejaVu"))
+            << qint64(2);
+        QTest::newRow("number as font") << QVariant("2") << QVariant() << QVariant(42) << qint64(2);
+    }
+    void garbageStore() {
+        QFETCH(QVariant, dateType);
+        QFETCH(QVariant, colour);
+        QFETCH(QVariant, font);
+        QFETCH(qint64, expectedDateType);
+        AppFixture app;
+        {
+            QSettings settings;
+            settings.setValue("hasDefaults", "true");
+            settings.setValue("gDateType", dateType);
+            settings.setValue("gTimeType", QStringList{"a", "b"});
+            if (colour.isValid()) {
+                settings.setValue("aColor", colour);
+            }
+            settings.setValue("aFont", font);
+        }
+        StampwiseAppDelegate& d = app.start();
+        QCOMPARE(d.gDateType(), expectedDateType);
+        QCOMPARE(d.gTimeType(), 0);
+        QVERIFY(d.aColor().isValid());
+        if (!colour.isValid() || colour.typeId() != QMetaType::QByteArray) {
+            QCOMPARE(d.aColor(), QColor(Qt::red));
+        }
+        QVERIFY(d.aFont().pointSizeF() > 0);
+        if (font.typeId() == QMetaType::QByteArray &&
+            SettingValues::decodeFont(font.toByteArray()).has_value()) {
+            QCOMPARE(d.aFont().pointSizeF(), 20.0);
+        } else {
+            QCOMPARE(d.aFont(), SettingValues::defaultStampFont());
+        }
+    }
+
+    void noPhotosStateAfterStartUp() {
+        AppFixture app;
+        StampwiseAppDelegate& d = app.start();
+        Ui::MainWindow& ui = app.window->ui();
+        QVERIFY(ui.actionAddFiles->isEnabled());
+        QVERIFY(ui.actionAddFolder->isEnabled());
+        for (QAction* item :
+             {ui.actionRemoveTicked, ui.actionClearAll, ui.actionTickAll, ui.actionUntickAll,
+              ui.actionStamp, ui.actionRemoveTickedMenu, ui.actionClearAllMenu,
+              ui.actionTickAllMenu, ui.actionUntickAllMenu, ui.actionStampMenu}) {
+            QVERIFY2(!item->isEnabled(), qPrintable(item->text()));
+        }
+        for (qint64 tag : {31031, 31007, 31039, 31036, 31034, 31037, 31080, 31084, 31202, 31010,
+                           31002, 31035, 31201, 35001}) {
+            QVERIFY2(!app.control<QWidget>(tag)->isEnabled(), qPrintable(QString::number(tag)));
+        }
+        QVERIFY(!d.aMatrix()->isEnabled());
+        // Never switched by the photo state.
+        QVERIFY(app.control<QWidget>(31200)->isEnabled());
+        QVERIFY(app.control<QWidget>(40100)->isEnabled());
+        QVERIFY(ui.actionAddFilesMenu->isEnabled());
+        QVERIFY(ui.actionQuit->isEnabled());
+        QCOMPARE(d.totalAmount(), 0);
+    }
+
+    void centredOrigin() {
+        QCOMPARE(WindowPlacement::centredOrigin(QSizeF(1440, 900), QSizeF(1000, 700)),
+                 QPointF(220, 100));
+        // The screen is truncated to whole points, the frame is not.
+        QCOMPARE(WindowPlacement::centredOrigin(QSizeF(1440.9, 900.9), QSizeF(999, 700)),
+                 QPointF(220.5, 100));
+    }
+
+    void mainWindowIsCentredOnTheScreen() {
+        AppFixture app;
+        app.start();
+        const QRect screen = QGuiApplication::primaryScreen()->geometry();
+        const QRect frame = app.window->frameGeometry();
+        QVERIFY(qAbs(frame.center().x() - screen.width() / 2) <= 1);
+        QVERIFY(qAbs(frame.center().y() - screen.height() / 2) <= 1);
+    }
+};
+SW_TEST_CLASS(StartupTest)
+
+#include "StartupTest.moc"
