@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QDateTime>
+#include <QString>
+#include <optional>
+
+// Conversion between instants and stamp texts. Both directions use the user's
+// locale (month names, AM/PM symbols) and the system time zone, so a wall-clock
+// time read from EXIF is written back unchanged.
+namespace DateText {
+
+// Date types 0..3 (yyyy:MM:dd, dd-MMM-yyyy, MM/dd/yyyy, MMMM dd, yyyy) and time
+// types 0..2 (none, 24-hour, 12-hour with marker). Empty text for no date or a
+// type out of range.
+QString stringFromDate(const std::optional<QDateTime>& date, qint64 dateType, qint64 timeType);
+
+// Reads an EXIF text or a text written by stringFromDate with a time. The layout
+// is told by the separators in characters 1 to 11; the whole text must match.
+std::optional<QDateTime> dateFromString(const QString& text);
+
+}  // namespace DateText
