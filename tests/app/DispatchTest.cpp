@@ -2,6 +2,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QRadioButton>
 #include <QSignalSpy>
 #include <QTest>
@@ -55,6 +56,57 @@ class DispatchTest : public QObject {
         StampwiseAppDelegate& d = app.start();
         QObject* found = d.getGUIObject(tag, inToolbar ? d.aToolbar() : nullptr);
         QCOMPARE(found != nullptr ? found->objectName() : QString(), expectedName);
+    }
+
+    // Every control the controller names by tag exists in the window, of its kind.
+    void registryIsComplete_data() {
+        QTest::addColumn<qint64>("tag");
+        QTest::addColumn<QString>("kind");
+        for (qint64 t : {30008, 30108, 30023, 30024, 30025, 30026, 30027}) {
+            QTest::addRow("%lld", t) << t << "toolbar";
+        }
+        for (qint64 t : {32500, 32502, 32504, 32505, 32506, 32507, 32508, 32509, 32510}) {
+            QTest::addRow("%lld", t) << t << "menu";
+        }
+        for (qint64 t :
+             {31002, 31007, 31010, 31031, 31036, 31039, 31080, 31081, 31082, 31083, 31084}) {
+            QTest::addRow("%lld", t) << t << "QPushButton";
+        }
+        for (qint64 t : {31034, 31035, 31037}) {
+            QTest::addRow("%lld", t) << t << "QCheckBox";
+        }
+        for (qint64 t : {31200, 31201, 40100, 40101}) {
+            QTest::addRow("%lld", t) << t << "QComboBox";
+        }
+        for (qint64 t : {35000, 35001}) {
+            QTest::addRow("%lld", t) << t << "QLineEdit";
+        }
+        for (qint64 t : {36005, 36006, 36007, 31202}) {
+            QTest::addRow("%lld", t) << t << "QLabel";
+        }
+    }
+    void registryIsComplete() {
+        QFETCH(qint64, tag);
+        QFETCH(QString, kind);
+        AppFixture app;
+        StampwiseAppDelegate& d = app.start(false);
+        if (kind == QLatin1String("toolbar")) {
+            QVERIFY(d.getGUIObject(tag, d.aToolbar()) != nullptr);
+            return;
+        }
+        if (kind == QLatin1String("menu")) {
+            const QList<QAction*> actions = app.window->findChildren<QAction*>();
+            const auto found = std::find_if(actions.begin(), actions.end(), [tag](QAction* a) {
+                return a->property("tag").toLongLong() == tag && a->menu() == nullptr &&
+                       !a->associatedObjects().isEmpty() &&
+                       qobject_cast<QMenu*>(a->associatedObjects().first()) != nullptr;
+            });
+            QVERIFY(found != actions.end());
+            return;
+        }
+        QObject* control = d.getGUIObject(tag, nullptr);
+        QVERIFY(control != nullptr);
+        QCOMPARE(QString::fromLatin1(control->metaObject()->className()), kind);
     }
 
     void dateSourceMatrix_data() {
