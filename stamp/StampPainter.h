@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QColor>
+#include <QFont>
+#include <QImage>
+#include <QString>
+
+#include "stamp/StampGeometry.h"
+
+// Draws the date text into a photo at its place from StampGeometry.
+namespace StampPainter {
+
+// Draws text in one line, at the font's own size with one point per pixel, with
+// the bottom-left corner of its measured box (descent included) at `at`, counted
+// from the photo's bottom-left corner. Pass the photo by std::move to draw in
+// place without a copy. A photo in a format QPainter cannot draw on is converted.
+QImage drawStamp(QImage photo, const QString& text, const QFont& font, const QColor& color,
+                 StampGeometry::TPosition at);
+
+}  // namespace StampPainter
