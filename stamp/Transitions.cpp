@@ -1,0 +1,697 @@
+#include "stamp/Transitions.h"
+
+#include <QtMath>
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstring>
+#include <optional>
+
+namespace Transitions {
+
+namespace {
+
+using Pixel = quint32;
+constexpr float kPi = 3.14159265f;
+
+// ---- pixel helpers (RGB32, 0xffRRGGBB)
+
+// w = 0 gives a, w = 256 gives b; red/blue and green are blended in two lanes.
+inline Pixel mix256(Pixel a, Pixel b, quint32 w) {
+    const quint32 iw = 256 - w;
+    const quint32 rb = (((a & 0xff00ffu) * iw + (b & 0xff00ffu) * w) >> 8) & 0xff00ffu;
+    const quint32 g = (((a & 0x00ff00u) * iw + (b & 0x00ff00u) * w) >> 8) & 0x00ff00u;
+    return 0xff000000u | rb | g;
+}
+
+inline quint32 weight256(float w) {
+    return static_cast<quint32>(std::clamp(std::lround(w * 256.0f), 0L, 256L));
+}
+
+inline int clampByte(float v) {
+    return std::clamp(static_cast<int>(v + 0.5f), 0, 255);
+}
+
+inline Pixel rgb(float r, float g, float b) {
+    return 0xff000000u | (static_cast<quint32>(clampByte(r)) << 16) |
+           (static_cast<quint32>(clampByte(g)) << 8) | static_cast<quint32>(clampByte(b));
+}
+
+inline float red(Pixel p) {
+    return static_cast<float>((p >> 16) & 0xff);
+}
+inline float green(Pixel p) {
+    return static_cast<float>((p >> 8) & 0xff);
+}
+inline float blue(Pixel p) {
+    return static_cast<float>(p & 0xff);
+}
+
+// Multiplies the colour by m and adds add (both per channel, in 0..255 units).
+inline Pixel shade(Pixel p, float m, float add = 0.0f) {
+    return rgb(red(p) * m + add, green(p) * m + add, blue(p) * m + add);
+}
+
+// Moves p towards the colour (r, g, b) by w in 0..1.
+inline Pixel towards(Pixel p, float r, float g, float b, float w) {
+    const float iw = 1.0f - w;
+    return rgb(red(p) * iw + r * w, green(p) * iw + g * w, blue(p) * iw + b * w);
+}
+
+inline float smoothstep(float e0, float e1, float x) {
+    if (e1 <= e0) {
+        return x < e0 ? 0.0f : 1.0f;
+    }
+    const float t = std::clamp((x - e0) / (e1 - e0), 0.0f, 1.0f);
+    return t * t * (3.0f - 2.0f * t);
+}
+
+inline const Pixel* rowOf(const QImage& image, int y) {
+    return reinterpret_cast<const Pixel*>(image.constScanLine(y));
+}
+inline Pixel* rowOf(QImage& image, int y) {
+    return reinterpret_cast<Pixel*>(image.scanLine(y));
+}
+
+inline Pixel at(const QImage& image, int x, int y) {
+    x = std::clamp(x, 0, image.width() - 1);
+    y = std::clamp(y, 0, image.height() - 1);
+    return rowOf(image, y)[x];
+}
+
+QImage asRgb32(const QImage& image) {
+    return image.format() == QImage::Format_RGB32 ? image
+                                                  : image.convertToFormat(QImage::Format_RGB32);
+}
+
+// ---- geometry: settings are y-up, image rows are y-down
+
+struct Frame {
+    int w;
+    int h;
+    QRectF extent;   // y-down
+    QPointF center;  // y-down
+};
+
+Frame frameFor(const Inputs& in, int w, int h) {
+    const QRectF& e = in.extent;
+    return Frame{w, h, QRectF(e.x(), h - e.y() - e.height(), e.width(), e.height()),
+                 QPointF(in.center.x(), h - in.center.y())};
+}
+
+// A direction given counter-clockwise in y-up terms, as a y-down vector.
+inline QPointF downDirection(float angle) {
+    return {std::cos(angle), -std::sin(angle)};
+}
+
+// The range of dot(p, d) over a rectangle's corners.
+std::pair<float, float> projectedRange(const QRectF& r, QPointF d) {
+    const float a = static_cast<float>(r.left() * d.x() + r.top() * d.y());
+    const float b = static_cast<float>(r.right() * d.x() + r.top() * d.y());
+    const float c = static_cast<float>(r.left() * d.x() + r.bottom() * d.y());
+    const float e = static_cast<float>(r.right() * d.x() + r.bottom() * d.y());
+    return {std::min({a, b, c, e}), std::max({a, b, c, e})};
+}
+
+float farthestCorner(const QRectF& r, QPointF c) {
+    float best = 1.0f;
+    for (const QPointF& p : {r.topLeft(), r.topRight(), r.bottomLeft(), r.bottomRight()}) {
+        best = std::max(best, static_cast<float>(std::hypot(p.x() - c.x(), p.y() - c.y())));
+    }
+    return best;
+}
+
+inline bool inside(const QRectF& r, float x, float y) {
+    return x >= r.left() && x < r.right() && y >= r.top() && y < r.bottom();
+}
+
+// Brightness across a shading image's middle row, 256 samples of 0..1
+// (luminance times alpha); empty without a shading image.
+std::optional<std::array<float, 256>> shadingProfile(const QImage& shading) {
+    if (shading.isNull() || shading.width() < 1) {
+        return std::nullopt;
+    }
+    const QImage argb = shading.convertToFormat(QImage::Format_ARGB32);
+    const QRgb* line = reinterpret_cast<const QRgb*>(argb.constScanLine(argb.height() / 2));
+    std::array<float, 256> profile{};
+    for (int i = 0; i < 256; ++i) {
+        const int x = std::min(argb.width() - 1, i * argb.width() / 256);
+        const QRgb p = line[x];
+        const float lum = (0.299f * qRed(p) + 0.587f * qGreen(p) + 0.114f * qBlue(p)) / 255.0f;
+        profile[static_cast<size_t>(i)] = lum * static_cast<float>(qAlpha(p)) / 255.0f;
+    }
+    return profile;
+}
+
+inline float fastAtan2(float y, float x) {
+    const float ax = std::fabs(x);
+    const float ay = std::fabs(y);
+    const float a = std::min(ax, ay) / (std::max(ax, ay) + 1e-20f);
+    const float s = a * a;
+    float r = ((-0.0464964749f * s + 0.15931422f) * s - 0.327622764f) * s * a + a;
+    if (ay > ax) {
+        r = 1.57079637f - r;
+    }
+    if (x < 0) {
+        r = kPi - r;
+    }
+    return y < 0 ? -r : r;
+}
+
+inline quint32 cellHash(int i, int j) {
+    quint32 h = static_cast<quint32>(i) * 0x8da6b343u ^ static_cast<quint32>(j) * 0xd8163841u;
+    h ^= h >> 13;
+    h *= 0x5bd1e995u;
+    return h ^ (h >> 15);
+}
+
+// ---- the plain slides and blends
+
+QImage crossfade(const QImage& from, const QImage& to, float t) {
+    QImage out(from.size(), QImage::Format_RGB32);
+    const quint32 w = weight256(t);
+    for (int y = 0; y < out.height(); ++y) {
+        const Pixel* a = rowOf(from, y);
+        const Pixel* b = rowOf(to, y);
+        Pixel* o = rowOf(out, y);
+        for (int x = 0; x < out.width(); ++x) {
+            o[x] = mix256(a[x], b[x], w);
+        }
+    }
+    return out;
+}
+
+// Copies src[sx, sx + n) of each row to out[dx, dx + n).
+void blitRows(QImage& out, const QImage& src, int dx, int sx, int n) {
+    if (n <= 0) {
+        return;
+    }
+    for (int y = 0; y < out.height(); ++y) {
+        std::memcpy(rowOf(out, y) + dx, rowOf(src, y) + sx, static_cast<size_t>(n) * 4);
+    }
+}
+
+// Move-in, push and reveal, all from the left.
+QImage slide(Kind kind, const QImage& from, const QImage& to, float t) {
+    const int w = from.width();
+    QImage out(from.size(), QImage::Format_RGB32);
+    const int shift = static_cast<int>(std::lround((1.0f - t) * static_cast<float>(w)));
+    if (kind == Kind::Reveal) {
+        const int gone = w - shift;  // the old frame has moved this far right
+        blitRows(out, to, 0, 0, gone);
+        blitRows(out, from, gone, 0, w - gone);
+        return out;
+    }
+    // The new frame's right edge is at w - shift.
+    blitRows(out, to, 0, shift, w - shift);
+    if (kind == Kind::Push) {
+        blitRows(out, from, w - shift, 0, shift);
+    } else {
+        blitRows(out, from, w - shift, w - shift, shift);
+    }
+    return out;
+}
+
+// ---- the filters
+
+// A lamp bar sweeps across the extent; the new frame lies behind it.
+QImage copyMachine(const Inputs& in, const QImage& from, const QImage& to, float t) {
+    const Frame f = frameFor(in, from.width(), from.height());
+    const QPointF d = downDirection(in.angle);
+    const float barWidth = in.width > 0 ? in.width : 200.0f;
+    constexpr float kColor[3] = {0.6f * 255, 1.0f * 255, 1.0f * 255};
+    constexpr float kOpacity = 1.3f;
+    const auto [smin, smax] = projectedRange(f.extent, d);
+    const float lead = smin + t * (smax - smin + barWidth);
+
+    // Lamp light and colour across the bar, from the leading edge (0) back.
+    std::array<float, 256> light{};
+    std::array<std::array<float, 3>, 256> lamp{};
+    for (size_t i = 0; i < 256; ++i) {
+        const float u = (static_cast<float>(i) + 0.5f) / 256.0f;
+        light[i] = std::min(1.0f, kOpacity * std::sin(kPi * u) * (1.0f - 0.45f * u));
+        const float core = std::max(0.0f, 1.0f - std::fabs(u - 0.18f) * 9.0f);
+        for (size_t c = 0; c < 3; ++c) {
+            lamp[i][c] = kColor[c] * (1.0f - core) + 255.0f * core;
+        }
+    }
+    QImage out(from.size(), QImage::Format_RGB32);
+    const float dx = static_cast<float>(d.x());
+    const float dy = static_cast<float>(d.y());
+    for (int y = 0; y < f.h; ++y) {
+        const Pixel* a = rowOf(from, y);
+        const Pixel* b = rowOf(to, y);
+        Pixel* o = rowOf(out, y);
+        const float py = static_cast<float>(y) + 0.5f;
+        const bool rowInExtent = py >= f.extent.top() && py < f.extent.bottom();
+        float s = 0.5f * dx + py * dy;
+        for (int x = 0; x < f.w; ++x, s += dx) {
+            if (s >= lead) {
+                o[x] = a[x];
+            } else if (s <= lead - barWidth) {
+                o[x] = b[x];
+            } else {
+                const float u = (lead - s) / barWidth;
+                const Pixel base = u > 0.5f ? b[x] : a[x];
+                const float px = static_cast<float>(x) + 0.5f;
+                if (rowInExtent && px >= f.extent.left() && px < f.extent.right()) {
+                    const size_t i = std::min<size_t>(255, static_cast<size_t>(u * 256.0f));
+                    o[x] = towards(base, lamp[i][0], lamp[i][1], lamp[i][2], light[i]);
+                } else {
+                    o[x] = base;
+                }
+            }
+        }
+    }
+    return out;
+}
+
+// The old frame crumbles away in the order of the mask (dark parts first),
+// its remaining pieces casting a soft shadow down onto the new frame.
+QImage disintegrate(const Inputs& in, const QImage& from, const QImage& to, float t) {
+    if (in.maskImage.isNull()) {
+        return crossfade(from, to, t);
+    }
+    const QImage mask = in.maskImage.format() == QImage::Format_Grayscale8
+                            ? in.maskImage
+                            : in.maskImage.convertToFormat(QImage::Format_Grayscale8);
+    constexpr float kEdge = 0.08f;
+    constexpr float kShadowEdge = 0.16f;  // wider: the shadow is blurred
+    constexpr float kShadowDensity = 0.65f;
+    constexpr int kShadowDrop = 10;  // points down
+    std::array<quint32, 256> reveal{};
+    std::array<float, 256> shadow{};
+    const float tr = t * (1.0f + 2.0f * kEdge) - kEdge;
+    const float ts = t * (1.0f + 2.0f * kShadowEdge) - kShadowEdge;
+    for (size_t m = 0; m < 256; ++m) {
+        const float v = static_cast<float>(m) / 255.0f;
+        reveal[m] = weight256(smoothstep(v - kEdge, v + kEdge, tr));
+        shadow[m] =
+            1.0f - kShadowDensity * (1.0f - smoothstep(v - kShadowEdge, v + kShadowEdge, ts));
+    }
+    const int w = from.width();
+    const int h = from.height();
+    const int rowOffset = h - mask.height();  // the mask sits at the lower-left
+    const int mw = std::min(w, mask.width());
+    auto maskAt = [&](int x, int y) -> size_t {
+        const int my = y - rowOffset;
+        if (x >= mw || my < 0 || my >= mask.height()) {
+            return 0;
+        }
+        return mask.constScanLine(my)[x];
+    };
+    QImage out(from.size(), QImage::Format_RGB32);
+    for (int y = 0; y < h; ++y) {
+        const Pixel* a = rowOf(from, y);
+        const Pixel* b = rowOf(to, y);
+        Pixel* o = rowOf(out, y);
+        for (int x = 0; x < w; ++x) {
+            const quint32 r = reveal[maskAt(x, y)];
+            if (r == 0) {
+                o[x] = a[x];
+                continue;
+            }
+            const float s = shadow[maskAt(x, y - kShadowDrop)];
+            const Pixel n = s < 1.0f ? shade(b[x], s) : b[x];
+            o[x] = mix256(a[x], n, r);
+        }
+    }
+    return out;
+}
+
+// A starburst grows from the centre to white-out the extent, the frames swap
+// under it, and it fades away over the new frame.
+QImage flash(const Inputs& in, const QImage& from, const QImage& to, float t) {
+    const Frame f = frameFor(in, from.width(), from.height());
+    constexpr float kColor[3] = {1.0f * 255, 0.8f * 255, 0.6f * 255};
+    constexpr float kStriationStrength = 0.5f;
+    constexpr float kStriationContrast = 1.375f;
+    constexpr float kMaxStriationRadius = 2.58f;
+    constexpr float kFadeThreshold = 0.85f;
+    const float far = farthestCorner(f.extent, f.center);
+    const float rho = (far + 1.0f) / 0.65f * std::pow(std::min(1.0f, t / 0.5f), 1.5f);
+    const float fade = 1.0f - smoothstep(0.55f, kFadeThreshold + 0.15f, t);
+    const quint32 swap = weight256(smoothstep(0.45f, 0.6f, t));
+    const float rayGain = kStriationStrength * kMaxStriationRadius * 0.25f;
+
+    // Rays: a fixed irregular brightness over the angle.
+    constexpr int kRays = 1024;
+    std::array<float, kRays> rays{};
+    for (int i = 0; i < kRays; ++i) {
+        const float a = 2.0f * kPi * static_cast<float>(i) / kRays;
+        const float v = 0.5f + 0.2f * std::sin(7 * a + 1.3f) + 0.15f * std::sin(13 * a + 0.4f) +
+                        0.1f * std::sin(29 * a + 2.1f) + 0.05f * std::sin(53 * a + 4.0f);
+        rays[static_cast<size_t>(i)] =
+            1.0f + rayGain * std::pow(std::clamp(v, 0.0f, 1.0f), kStriationContrast);
+    }
+    QImage out(from.size(), QImage::Format_RGB32);
+    const float full = 0.65f * rho - 1.0f;  // inside this radius the flash is full
+    const float reach = rho * (1.0f + rayGain);
+    const float cx = static_cast<float>(f.center.x());
+    const float cy = static_cast<float>(f.center.y());
+    for (int y = 0; y < f.h; ++y) {
+        const Pixel* a = rowOf(from, y);
+        const Pixel* b = rowOf(to, y);
+        Pixel* o = rowOf(out, y);
+        const float py = static_cast<float>(y) + 0.5f;
+        const float vy = py - cy;
+        const bool rowInExtent = py >= f.extent.top() && py < f.extent.bottom();
+        for (int x = 0; x < f.w; ++x) {
+            const Pixel base = mix256(a[x], b[x], swap);
+            const float px = static_cast<float>(x) + 0.5f;
+            if (!rowInExtent || px < f.extent.left() || px >= f.extent.right() || fade <= 0.0f) {
+                o[x] = base;
+                continue;
+            }
+            const float vx = px - cx;
+            const float dist = std::sqrt(vx * vx + vy * vy);
+            if (dist >= reach) {
+                o[x] = base;
+                continue;
+            }
+            float amount = 1.0f;
+            if (dist > full) {
+                const float ray =
+                    rays[static_cast<size_t>((fastAtan2(vy, vx) + kPi) * (kRays / (2 * kPi))) &
+                         (kRays - 1)];
+                const float rr = rho * ray;
+                amount = std::clamp((rr - dist) / (0.35f * rr + 1.0f), 0.0f, 1.0f);
+            }
+            amount *= fade;
+            const float warm = std::min(1.0f, dist / far);
+            o[x] = towards(base, 255.0f + (kColor[0] - 255.0f) * warm,
+                           255.0f + (kColor[1] - 255.0f) * warm,
+                           255.0f + (kColor[2] - 255.0f) * warm, amount);
+        }
+    }
+    return out;
+}
+
+// Staggered holes, squashed across the angle, open in the old frame; those
+// near the centre open first, each cell at its own pace.
+QImage mod(const Inputs& in, const QImage& from, const QImage& to, float t) {
+    const Frame f = frameFor(in, from.width(), from.height());
+    const float cellU = in.radius > 0 ? in.radius : 150.0f;
+    const float compression = in.compression > 0 ? in.compression : 300.0f;
+    const float cellV = std::max(4.0f, cellU * cellU / compression);
+    constexpr float kCentreLead = 0.6f;
+    constexpr float kMaxDelay = 0.35f;
+    constexpr float kSoft = 0.06f;
+    const float far = farthestCorner(QRectF(0, 0, f.w, f.h), f.center);
+    const float ca = std::cos(in.angle);
+    const float sa = std::sin(in.angle);
+    const float cx = static_cast<float>(f.center.x());
+    const float cy = static_cast<float>(f.center.y());
+    const float clock = t * (1.0f + kCentreLead + kMaxDelay);
+    QImage out(from.size(), QImage::Format_RGB32);
+    for (int y = 0; y < f.h; ++y) {
+        const Pixel* a = rowOf(from, y);
+        const Pixel* b = rowOf(to, y);
+        Pixel* o = rowOf(out, y);
+        const float vy = cy - (static_cast<float>(y) + 0.5f);  // y-up
+        for (int x = 0; x < f.w; ++x) {
+            const float vx = static_cast<float>(x) + 0.5f - cx;
+            const float u = vx * ca + vy * sa;
+            const float v = -vx * sa + vy * ca;
+            const float fv = v / cellV;
+            const float j = std::floor(fv);
+            const int ij = static_cast<int>(j);
+            const float fu = u / cellU + ((ij & 1) ? 0.5f : 0.0f);
+            const float i = std::floor(fu);
+            const quint32 hash = cellHash(static_cast<int>(i), ij);
+            const float lu = fu - i - 0.5f;
+            const float lv = fv - j - 0.5f;
+            const float stretch = (static_cast<float>(hash & 0xff) / 255.0f - 0.5f) * 0.6f;
+            const float q =
+                2.0f * std::sqrt(lu * lu * (1.0f + stretch) + lv * lv * (1.0f - stretch));
+            const float delay = static_cast<float>((hash >> 8) & 0xff) / 255.0f * kMaxDelay;
+            const float dn = std::sqrt(vx * vx + vy * vy) / far;
+            const float open = std::clamp(clock - kCentreLead * dn - delay, 0.0f, 1.0f);
+            const float reach = 1.75f * open;
+            const float alpha = std::clamp((reach - q) / kSoft, 0.0f, 1.0f);
+            Pixel p = mix256(a[x], b[x], weight256(alpha));
+            // A dark rim around each opening hole.
+            const float rim =
+                std::max(0.0f, 1.0f - std::fabs(reach - q) / 0.12f) * open * (1.0f - open) * 4.0f;
+            if (rim > 0.01f) {
+                p = shade(p, 1.0f - 0.45f * rim);
+            }
+            o[x] = p;
+        }
+    }
+    return out;
+}
+
+// The old frame rolls up over a cylinder, starting at the corner the angle
+// points to; its back shows the backside image, shaded by the shading image.
+QImage pageCurl(const Inputs& in, const QImage& from, const QImage& to, float t) {
+    const Frame f = frameFor(in, from.width(), from.height());
+    const QPointF d = downDirection(in.angle);
+    const float r = in.radius > 0 ? in.radius : 100.0f;
+    const auto [smin, smax] = projectedRange(f.extent, d);
+    constexpr float kShadowReach = 0.35f;  // of the radius, beyond the roll
+    const float fold = smax - t * (smax - smin + (1.0f + kShadowReach) * r);
+    const auto profile = shadingProfile(in.shadingImage);
+    const QImage backside = in.backsideImage.isNull() ? QImage() : asRgb32(in.backsideImage);
+    const float dx = static_cast<float>(d.x());
+    const float dy = static_cast<float>(d.y());
+    const QRectF& page = f.extent;
+
+    // Brightness of the paper at roll angle theta (0 flat front .. pi flat back).
+    auto light = [&](float theta) {
+        const float geometric = 1.0f - 0.3f * std::sin(std::min(theta, kPi * 0.5f));
+        if (!profile) {
+            return geometric;
+        }
+        const size_t i = std::min<size_t>(255, static_cast<size_t>(theta / kPi * 256.0f));
+        return geometric * (0.7f + 0.6f * (*profile)[i]);
+    };
+    auto backColor = [&](float sx, float sy, float theta) {
+        const Pixel under = at(from, static_cast<int>(sx), static_cast<int>(sy));
+        Pixel back = 0xffe4e4e4u;
+        if (!backside.isNull()) {
+            const int bx = static_cast<int>((sx - page.left()) / page.width() * backside.width());
+            const int by = static_cast<int>((sy - page.top()) / page.height() * backside.height());
+            back = at(backside, bx, by);
+        }
+        // The paper lets a little of its printed side through.
+        return shade(mix256(back, under, 40), light(theta));
+    };
+    QImage out(from.size(), QImage::Format_RGB32);
+    for (int y = 0; y < f.h; ++y) {
+        const Pixel* a = rowOf(from, y);
+        const Pixel* b = rowOf(to, y);
+        Pixel* o = rowOf(out, y);
+        const float py = static_cast<float>(y) + 0.5f;
+        float s = 0.5f * dx + py * dy;
+        for (int x = 0; x < f.w; ++x, s += dx) {
+            const float u = s - fold;
+            const float px = static_cast<float>(x) + 0.5f;
+            if (u >= r) {
+                const float gap = (u - r) / (kShadowReach * r);
+                o[x] = gap < 1.0f ? shade(b[x], 0.55f + 0.45f * gap * gap) : b[x];
+                continue;
+            }
+            if (!inside(page, px, py)) {
+                o[x] = u < 0 ? a[x] : b[x];
+                continue;
+            }
+            // Paper at arc length L past the fold lies at p + (L - u) * d.
+            if (u >= 0) {
+                const float theta = std::asin(std::min(1.0f, u / r));
+                const float top = r * (kPi - theta);
+                float sx = px + (top - u) * dx;
+                float sy = py + (top - u) * dy;
+                if (inside(page, sx, sy)) {
+                    o[x] = backColor(sx, sy, kPi - theta);
+                    continue;
+                }
+                const float low = r * theta;
+                sx = px + (low - u) * dx;
+                sy = py + (low - u) * dy;
+                if (inside(page, sx, sy)) {
+                    o[x] =
+                        shade(at(from, static_cast<int>(sx), static_cast<int>(sy)), light(theta));
+                } else {
+                    o[x] = shade(b[x], 0.55f);
+                }
+                continue;
+            }
+            const float flat = kPi * r - u;
+            const float sx = px + (flat - u) * dx;
+            const float sy = py + (flat - u) * dy;
+            o[x] = inside(page, sx, sy) ? backColor(sx, sy, kPi) : a[x];
+        }
+    }
+    return out;
+}
+
+// A ring wave runs out from the centre; inside it the new frame, outside the
+// old, on the wave both displaced and lit by the shading image.
+QImage ripple(const Inputs& in, const QImage& from, const QImage& to, float t) {
+    const Frame f = frameFor(in, from.width(), from.height());
+    const float waveWidth = in.width > 0 ? in.width : 100.0f;
+    const float amplitude = in.scale > 0 ? in.scale : 50.0f;
+    const float far = farthestCorner(f.extent, f.center);
+    const float front = t * (far + waveWidth);
+    const float back = front - waveWidth;
+    const auto profile = shadingProfile(in.shadingImage);
+    std::array<float, 256> push{};
+    std::array<quint32, 256> blend{};
+    std::array<float, 256> glow{};
+    for (size_t i = 0; i < 256; ++i) {
+        const float phi = (static_cast<float>(i) + 0.5f) / 256.0f;  // 0 at the front
+        push[i] = amplitude * std::sin(2.0f * kPi * phi) * std::sin(kPi * phi);
+        blend[i] = weight256(smoothstep(0.3f, 0.7f, phi));
+        glow[i] = profile ? ((*profile)[i] - 0.5f) * 160.0f * std::sin(kPi * phi) : 0.0f;
+    }
+    const float cx = static_cast<float>(f.center.x());
+    const float cy = static_cast<float>(f.center.y());
+    const float front2 = front * front;
+    const float back2 = back > 0 ? back * back : -1.0f;
+    QImage out(from.size(), QImage::Format_RGB32);
+    for (int y = 0; y < f.h; ++y) {
+        const Pixel* a = rowOf(from, y);
+        const Pixel* b = rowOf(to, y);
+        Pixel* o = rowOf(out, y);
+        const float py = static_cast<float>(y) + 0.5f;
+        const float vy = py - cy;
+        const bool rowInExtent = py >= f.extent.top() && py < f.extent.bottom();
+        for (int x = 0; x < f.w; ++x) {
+            const float px = static_cast<float>(x) + 0.5f;
+            const float vx = px - cx;
+            const float d2 = vx * vx + vy * vy;
+            if (d2 >= front2) {
+                o[x] = a[x];
+                continue;
+            }
+            if (d2 <= back2) {
+                o[x] = b[x];
+                continue;
+            }
+            const float dist = std::sqrt(d2);
+            const float phi = (front - dist) / waveWidth;
+            const size_t i = std::min<size_t>(255, static_cast<size_t>(phi * 256.0f));
+            if (!rowInExtent || px < f.extent.left() || px >= f.extent.right()) {
+                o[x] = phi > 0.5f ? b[x] : a[x];
+                continue;
+            }
+            const float k = push[i] / std::max(dist, 1.0f);
+            const int sx = static_cast<int>(px + vx * k);
+            const int sy = static_cast<int>(py + vy * k);
+            const Pixel p = mix256(at(from, sx, sy), at(to, sx, sy), blend[i]);
+            o[x] = glow[i] != 0.0f ? shade(p, 1.0f, glow[i]) : p;
+        }
+    }
+    return out;
+}
+
+// A soft-edged wipe along the angle across the whole frame.
+QImage swipe(const Inputs& in, const QImage& from, const QImage& to, float t) {
+    const int w = from.width();
+    const int h = from.height();
+    const QPointF d = downDirection(in.angle);
+    const float band = in.width > 0 ? in.width : 300.0f;
+    const auto [smin, smax] = projectedRange(QRectF(0, 0, w, h), d);
+    const float lead = smin + t * (smax - smin + band);
+    std::array<quint32, 257> ramp{};
+    for (size_t i = 0; i <= 256; ++i) {
+        ramp[i] = weight256(smoothstep(0.0f, 1.0f, static_cast<float>(i) / 256.0f));
+    }
+    const float dx = static_cast<float>(d.x());
+    const float dy = static_cast<float>(d.y());
+    QImage out(from.size(), QImage::Format_RGB32);
+    for (int y = 0; y < h; ++y) {
+        const Pixel* a = rowOf(from, y);
+        const Pixel* b = rowOf(to, y);
+        Pixel* o = rowOf(out, y);
+        float s = 0.5f * dx + (static_cast<float>(y) + 0.5f) * dy;
+        for (int x = 0; x < w; ++x, s += dx) {
+            const float u = (lead - s) / band;  // 1 and more: fully new
+            if (u <= 0.0f) {
+                o[x] = a[x];
+            } else if (u >= 1.0f) {
+                o[x] = b[x];
+            } else {
+                o[x] = mix256(a[x], b[x], ramp[static_cast<size_t>(u * 256.0f)]);
+            }
+        }
+    }
+    return out;
+}
+
+}  // namespace
+
+Kind kindForStyle(qint32 style) {
+    static constexpr Kind kByStyle[] = {
+        Kind::Fade,     Kind::MoveIn,      Kind::Push,
+        Kind::Reveal,   Kind::CopyMachine, Kind::DisintegrateWithMask,
+        Kind::Dissolve, Kind::Flash,       Kind::Mod,
+        Kind::PageCurl, Kind::Ripple,      Kind::Swipe,
+    };
+    return style >= 0 && style < 12 ? kByStyle[style] : Kind::Ripple;
+}
+
+Inputs defaultInputs(Kind kind) {
+    Inputs in;
+    switch (kind) {
+        case Kind::CopyMachine:
+            in.width = 200.0f;
+            break;
+        case Kind::Mod:
+            in.angle = 2.0f;
+            in.radius = 150.0f;
+            in.compression = 300.0f;
+            break;
+        case Kind::PageCurl:
+            in.radius = 100.0f;
+            break;
+        case Kind::Ripple:
+            in.width = 100.0f;
+            in.scale = 50.0f;
+            break;
+        case Kind::Swipe:
+            in.width = 300.0f;
+            break;
+        default:
+            break;
+    }
+    return in;
+}
+
+QImage render(const Transition& transition, const QImage& fromImage, const QImage& toImage,
+              double progress) {
+    const QImage from = asRgb32(fromImage);
+    const QImage to = asRgb32(toImage);
+    if (from.isNull() || from.size() != to.size()) {
+        return to;
+    }
+    const float t = static_cast<float>(std::clamp(progress, 0.0, 1.0));
+    const Inputs& in = transition.inputs;
+    switch (transition.kind) {
+        case Kind::Fade:
+        case Kind::Dissolve:
+            return crossfade(from, to, t);
+        case Kind::MoveIn:
+        case Kind::Push:
+        case Kind::Reveal:
+            return slide(transition.kind, from, to, t);
+        case Kind::CopyMachine:
+            return copyMachine(in, from, to, t);
+        case Kind::DisintegrateWithMask:
+            return disintegrate(in, from, to, t);
+        case Kind::Flash:
+            return flash(in, from, to, t);
+        case Kind::Mod:
+            return mod(in, from, to, t);
+        case Kind::PageCurl:
+            return pageCurl(in, from, to, t);
+        case Kind::Ripple:
+            return ripple(in, from, to, t);
+        case Kind::Swipe:
+            return swipe(in, from, to, t);
+    }
+    return to;
+}
+
+}  // namespace Transitions
