@@ -1,0 +1,121 @@
+// Draws the preview's two transition images into a folder:
+//   restrictedshine.tiff  the shine that lights the page curl and the ripple
+//   transitionmask.jpg    the grey mask the disintegrate transition follows
+// Usage: makeresources <output folder>
+#include <QCoreApplication>
+#include <QDir>
+#include <QImage>
+#include <QImageWriter>
+#include <QTextStream>
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+// Brightness across the shine: dark at the roll's foot, a sharp highlight,
+// a soft second one, then the even grey of the flat back.
+double shine(double u) {
+    const double base = 0.25 + 0.3 * u;
+    const double peak = 0.75 * std::exp(-std::pow((u - 0.32) / 0.06, 2.0));
+    const double soft = 0.3 * std::exp(-std::pow((u - 0.7) / 0.12, 2.0));
+    return std::clamp(base + peak + soft, 0.0, 1.0);
+}
+
+QImage makeShine() {
+    QImage image(512, 64, QImage::Format_ARGB32);
+    for (int y = 0; y < image.height(); ++y) {
+        QRgb* line = reinterpret_cast<QRgb*>(image.scanLine(y));
+        // A faint cool tint and a slight fall-off towards the top and bottom.
+        const double v = 1.0 - 0.15 * std::pow((y - 31.5) / 31.5, 2.0);
+        for (int x = 0; x < image.width(); ++x) {
+            const double s = shine((x + 0.5) / image.width()) * v;
+            line[x] = qRgba(qRound(255 * s * 0.96), qRound(255 * s * 0.98), qRound(255 * s), 255);
+        }
+    }
+    return image;
+}
+
+double hash01(int x, int y, int seed) {
+    quint32 h = static_cast<quint32>(x) * 374761393u + static_cast<quint32>(y) * 668265263u +
+                static_cast<quint32>(seed) * 2246822519u;
+    h = (h ^ (h >> 13)) * 1274126177u;
+    return static_cast<double>((h ^ (h >> 16)) & 0xffffff) / 16777215.0;
+}
+
+// Smoothly interpolated lattice noise in 0..1.
+double valueNoise(double x, double y, int seed) {
+    const int ix = static_cast<int>(std::floor(x));
+    const int iy = static_cast<int>(std::floor(y));
+    const double fx = x - ix;
+    const double fy = y - iy;
+    const double sx = fx * fx * (3 - 2 * fx);
+    const double sy = fy * fy * (3 - 2 * fy);
+    const double a = hash01(ix, iy, seed);
+    const double b = hash01(ix + 1, iy, seed);
+    const double c = hash01(ix, iy + 1, seed);
+    const double d = hash01(ix + 1, iy + 1, seed);
+    return (a + (b - a) * sx) + ((c + (d - c) * sx) - (a + (b - a) * sx)) * sy;
+}
+
+// Crumbling blotches: several octaves of noise, stretched over the full grey
+// range so the transition spends its time evenly.
+QImage makeMask() {
+    constexpr int kSize = 512;
+    std::vector<double> values(kSize * kSize);
+    double lo = 1e9;
+    double hi = -1e9;
+    for (int y = 0; y < kSize; ++y) {
+        for (int x = 0; x < kSize; ++x) {
+            double v = 0.0;
+            double amplitude = 0.5;
+            double frequency = 6.0 / kSize;
+            for (int octave = 0; octave < 5; ++octave) {
+                v += amplitude * valueNoise(x * frequency, y * frequency, octave + 1);
+                amplitude *= 0.5;
+                frequency *= 2.0;
+            }
+            values[static_cast<size_t>(y * kSize + x)] = v;
+            lo = std::min(lo, v);
+            hi = std::max(hi, v);
+        }
+    }
+    QImage image(kSize, kSize, QImage::Format_Grayscale8);
+    for (int y = 0; y < kSize; ++y) {
+        uchar* line = image.scanLine(y);
+        for (int x = 0; x < kSize; ++x) {
+            const double v = (values[static_cast<size_t>(y * kSize + x)] - lo) / (hi - lo);
+            line[x] = static_cast<uchar>(std::clamp(qRound(v * 255.0), 0, 255));
+        }
+    }
+    return image;
+}
+
+bool write(const QImage& image, const QString& path, const char* format, int quality) {
+    QImageWriter writer(path, format);
+    if (quality >= 0) {
+        writer.setQuality(quality);
+    }
+    if (!writer.write(image)) {
+        QTextStream(stderr) << path << ": " << writer.errorString() << "\n";
+        return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    QCoreApplication app(argc, argv);
+    if (argc != 2) {
+        QTextStream(stderr) << "usage: makeresources <output folder>\n";
+        return 2;
+    }
+    const QDir out(QString::fromLocal8Bit(argv[1]));
+    if (!out.exists() && !QDir().mkpath(out.path())) {
+        QTextStream(stderr) << "cannot create " << out.path() << "\n";
+        return 1;
+    }
+    const bool ok = write(makeShine(), out.filePath("restrictedshine.tiff"), "tiff", -1) &&
+                    write(makeMask(), out.filePath("transitionmask.jpg"), "jpg", 92);
+    return ok ? 0 : 1;
+}
