@@ -1,0 +1,120 @@
+#include "stamp/SlideshowImageView.h"
+
+#include <QPainter>
+#include <algorithm>
+
+SlideshowImageView::SlideshowImageView(QWidget* parent) : QWidget(parent) {
+    // Clicks pass through to the preview and the label above it.
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+}
+
+void SlideshowImageView::setImage(const QImage& image) {
+    image_ = image;
+    scaledCache_ = QImage();
+    update();
+}
+
+QEasingCurve SlideshowImageView::easeInEaseOut() {
+    QEasingCurve curve(QEasingCurve::BezierSpline);
+    curve.addCubicBezierSegment(QPointF(0.42, 0.0), QPointF(0.58, 1.0), QPointF(1.0, 1.0));
+    return curve;
+}
+
+QImage SlideshowImageView::fittedFrame(const QImage& image, QSize size) {
+    QImage frame(size.expandedTo(QSize(1, 1)), QImage::Format_RGB32);
+    frame.fill(Qt::black);
+    if (image.isNull()) {
+        return frame;
+    }
+    // Sizes in points; a high-density image is shown at its point size.
+    const QSizeF points = image.deviceIndependentSize();
+    const double scale =
+        std::min({1.0, frame.width() / points.width(), frame.height() / points.height()});
+    const QSize target(std::max(1, qRound(points.width() * scale)),
+                       std::max(1, qRound(points.height() * scale)));
+    const QImage shrunk = image.size() == target ? image
+                                                 : image.scaled(target, Qt::IgnoreAspectRatio,
+                                                                Qt::SmoothTransformation);
+    QPainter painter(&frame);
+    painter.drawImage(
+        QPoint((frame.width() - target.width()) / 2, (frame.height() - target.height()) / 2),
+        shrunk);
+    return frame;
+}
+
+QImage SlideshowImageView::currentFrame() const {
+    if (isHidden()) {
+        QImage black(size().expandedTo(QSize(1, 1)), QImage::Format_RGB32);
+        black.fill(Qt::black);
+        return black;
+    }
+    if (isTransitioning() && !frame_.isNull()) {
+        return frame_.size() == size() ? frame_ : frame_.scaled(size());
+    }
+    return fittedFrame(image_, size());
+}
+
+bool SlideshowImageView::isTransitioning() const {
+    return animation_ && animation_->state() == QAbstractAnimation::Running;
+}
+
+void SlideshowImageView::stopTransition() {
+    if (animation_) {
+        animation_->stop();  // deletes itself when stopped
+    }
+    from_ = to_ = frame_ = QImage();
+}
+
+void SlideshowImageView::playTransition(const Transitions::Transition& transition,
+                                        const QImage& from) {
+    start(transition, from, fittedFrame(image_, size()));
+}
+
+void SlideshowImageView::playRemoval(const Transitions::Transition& transition) {
+    const QImage from = currentFrame();
+    QImage black(from.size(), QImage::Format_RGB32);
+    black.fill(Qt::black);
+    start(transition, from, black);
+    connect(animation_, &QAbstractAnimation::finished, this, &QObject::deleteLater);
+}
+
+void SlideshowImageView::start(const Transitions::Transition& transition, const QImage& from,
+                               const QImage& to) {
+    stopTransition();
+    transition_ = transition;
+    to_ = to;
+    from_ = from.size() == to.size() ? from : from.scaled(to.size());
+    frame_ = from_;
+    auto* animation = new QVariantAnimation(this);
+    animation->setDuration(static_cast<int>(transition.duration * 1000.0 + 0.5));
+    animation->setEasingCurve(easeInEaseOut());
+    animation->setStartValue(0.0);
+    animation->setEndValue(1.0);
+    connect(animation, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
+        frame_ = Transitions::render(transition_, from_, to_, value.toDouble());
+        update();
+    });
+    connect(animation, &QAbstractAnimation::finished, this, [this] {
+        from_ = to_ = frame_ = QImage();
+        update();
+    });
+    animation_ = animation;
+    animation->start(QAbstractAnimation::DeleteWhenStopped);
+    update();
+}
+
+void SlideshowImageView::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    if (!frame_.isNull()) {
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        painter.drawImage(rect(), frame_);
+        return;
+    }
+    if (image_.isNull()) {
+        return;
+    }
+    if (scaledCache_.size() != size()) {
+        scaledCache_ = fittedFrame(image_, size());
+    }
+    painter.drawImage(0, 0, scaledCache_);
+}
