@@ -324,8 +324,7 @@ void initialise() {
 Fields readFile(const QString& path, bool withThumbnail) {
     initialise();
     try {
-        Exiv2::Image::AutoPtr image =
-            Exiv2::ImageFactory::open(QFile::encodeName(path).toStdString(), false);
+        auto image = Exiv2::ImageFactory::open(QFile::encodeName(path).toStdString(), false);
         return readImage(image.get(), withThumbnail);
     } catch (...) {
         return {};
@@ -338,7 +337,7 @@ Fields readBuffer(const uchar* data, qint64 size, bool withThumbnail) {
         return {};
     }
     try {
-        Exiv2::Image::AutoPtr image =
+        auto image =
             Exiv2::ImageFactory::open(reinterpret_cast<const Exiv2::byte*>(data), long(size));
         return readImage(image.get(), withThumbnail);
     } catch (...) {

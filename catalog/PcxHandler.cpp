@@ -162,17 +162,21 @@ bool PcxHandler::read(QImage* image) {
         return false;
     }
     const bool rgb = h->planes == 3 && h->bitsPerPixel == 8;
+    const qsizetype lineBytes = qsizetype(h->bytesPerLine) * h->planes;
+    const QByteArray body = device()->readAll();
+    // One run of two bytes covers at most 63 bytes: a body too short for the
+    // claimed size is refused before anything is allocated for it.
+    if (qint64(body.size()) * 63 / 2 < qint64(lineBytes) * h->height) {
+        return false;
+    }
     QImage out;
     if (!allocateImage(QSize(h->width, h->height),
                        rgb ? QImage::Format_RGB32 : QImage::Format_Indexed8, &out)) {
         return false;
     }
-    // Only now, with the size known to be acceptable, read the rest.
-    const QByteArray body = device()->readAll();
     const auto* data = reinterpret_cast<const uchar*>(body.constData());
     RleReader rle(data, body.size());
 
-    const qsizetype lineBytes = qsizetype(h->bytesPerLine) * h->planes;
     std::vector<uchar> line(size_t(lineBytes), 0);
     for (int y = 0; y < h->height; ++y) {
         if (!rle.fill(line.data(), lineBytes)) {
