@@ -9,24 +9,6 @@ using namespace StampGeometry;
 class StampGeometryTest : public QObject {
     Q_OBJECT
   private slots:
-    void outputArea_data() {
-        QTest::addColumn<bool>("margin");
-        QTest::addColumn<float>("W");
-        QTest::addColumn<float>("H");
-        QTest::addColumn<QRectF>("area");  // miniX, miniY, maxX, maxY
-        QTest::newRow("off") << false << 1000.0f << 800.0f << QRectF(0, 0, 1000, 800);
-        QTest::newRow("on 1000x800") << true << 1000.0f << 800.0f << QRectF(85, 20, 915, 780);
-        QTest::newRow("on 4000x3000") << true << 4000.0f << 3000.0f << QRectF(340, 75, 3660, 2925);
-    }
-    void outputArea() {
-        QFETCH(bool, margin);
-        QFETCH(float, W);
-        QFETCH(float, H);
-        QFETCH(QRectF, area);
-        const StampArea a = StampGeometry::outputArea(W, H, margin);
-        QCOMPARE(QRectF(a.miniX, a.miniY, a.maxX, a.maxY), area);
-    }
-
     // The label sits at a share (0 = left/bottom, 1 = right/top) of its free travel
     // in a preview area away from the origin; the text lands at the same share of
     // its own free travel in the output area.
