@@ -21,18 +21,16 @@ constexpr std::array<std::array<const char*, kTimeTypeCount>, kDateTypeCount> kW
     {"MMMM dd, yyyy", "MMMM dd, yyyy HH:mm:ss", "MMMM dd, yyyy hh:mm:ss a"},
 }};
 
-// Reading layouts, by layout key: without and with the trailing AM/PM marker.
-// The hour is "HH" in both; the marker is combined with it by hand below.
-struct ReadPattern {
-    const char* plain;
-    const char* marked;
+// Reading layouts, by layout key. A text holding "PM" is read with the same
+// pattern followed by the marker; the hour stays "HH" either way, and the marker
+// is combined with it by hand below.
+constexpr std::array<const char*, 4> kReadPatterns = {
+    "yyyy:MM:dd HH:mm:ss",
+    "dd-MMM-yyyy HH:mm:ss",
+    "MM/dd/yyyy HH:mm:ss",
+    "MMMM dd, yyyy HH:mm:ss",
 };
-constexpr std::array<ReadPattern, 4> kReadPatterns = {{
-    {"yyyy:MM:dd HH:mm:ss", "yyyy:MM:dd HH:mm:ss a"},
-    {"dd-MMM-yyyy HH:mm:ss", "dd-MMM-yyyy HH:mm:ss a"},
-    {"MM/dd/yyyy HH:mm:ss", "MM/dd/yyyy HH:mm:ss a"},
-    {"MMMM dd, yyyy HH:mm:ss", "MMMM dd, yyyy HH:mm:ss a"},
-}};
+constexpr const char* kMarkerPattern = " a";
 
 // Separators searched in this order in the span; each names a layout key.
 struct SeparatorKey {
@@ -49,8 +47,7 @@ constexpr std::array<SeparatorKey, 4> kSeparatorKeys = {{
 constexpr qsizetype kSpanStart = 1;
 constexpr qsizetype kSpanLength = 11;
 constexpr qsizetype kMinimumLength = kSpanStart + kSpanLength;
-const QString kAfternoon = QStringLiteral("PM");
-constexpr const char* kMarkerPattern = " a";
+constexpr QStringView kAfternoon = u"PM";
 
 icu::UnicodeString toUnicode(const QString& text) {
     return icu::UnicodeString(reinterpret_cast<const char16_t*>(text.utf16()),
@@ -131,7 +128,7 @@ std::optional<QDateTime> DateText::dateFromString(const QString& text) {
     // afternoon text on the day summer time begins is not refused for its 12-hour
     // hour; the local zone judges the final wall-clock time.
     icu::ParsePosition position(0);
-    const auto format = makeFormat(kReadPatterns[*key].plain, icu::TimeZone::getGMT()->clone());
+    const auto format = makeFormat(kReadPatterns[*key], icu::TimeZone::getGMT()->clone());
     if (!format) {
         return std::nullopt;
     }

@@ -16,6 +16,9 @@ QString stringFromDate(const std::optional<QDateTime>& date, qint64 dateType, qi
 
 // Reads an EXIF text or a text written by stringFromDate with a time. The layout
 // is told by the separators in characters 1 to 11; the whole text must match.
+// A text holding "PM" must end in the locale's marker: PM moves a 24-hour field
+// of 0..11 into the afternoon and keeps 12..23 as written. None for texts shorter
+// than 12 characters, fields out of range and times skipped by summer time.
 std::optional<QDateTime> dateFromString(const QString& text);
 
 }  // namespace DateText
