@@ -63,16 +63,18 @@ bool ImageWriter::saveImage(const QImage& image, float width, float height,
                             const QString& fileName) {
     const double w = std::round(static_cast<double>(width));
     const double h = std::round(static_cast<double>(height));
-    if (image.isNull() || !(w >= 1) || !(h >= 1)) {
+    // Also refuses NaN, and sizes whose pixel data a BMP header cannot state.
+    if (image.isNull() || !(w >= 1 && w <= INT32_MAX) || !(h >= 1 && h <= INT32_MAX)) {
         return false;
     }
     const qint64 rowBytes = (static_cast<qint64>(w) * kBytesPerPixel + kRowAlignment - 1) /
                             kRowAlignment * kRowAlignment;
-    const qint64 imageBytes = rowBytes * static_cast<qint64>(h);
-    if (w > INT32_MAX || h > INT32_MAX ||
-        imageBytes > static_cast<qint64>(UINT32_MAX) - kFileHeaderSize - kInfoHeaderSize) {
+    const qint64 maxImageBytes =
+        static_cast<qint64>(UINT32_MAX) - kFileHeaderSize - kInfoHeaderSize;
+    if (rowBytes > maxImageBytes / static_cast<qint64>(h)) {
         return false;
     }
+    const qint64 imageBytes = rowBytes * static_cast<qint64>(h);
     const qint32 outW = static_cast<qint32>(w);
     const qint32 outH = static_cast<qint32>(h);
 
