@@ -71,6 +71,10 @@ QImage render(const QImage& source, float radius, QPointF center) {
             if (n > 0) {
                 dot.color = qRgba(static_cast<int>(sum[1] / n), static_cast<int>(sum[2] / n),
                                   static_cast<int>(sum[3] / n), static_cast<int>(sum[0] / n));
+            } else {
+                // A dot beyond the border takes the nearest border pixel, so
+                // the edges are not left without colour.
+                dot.color = src.pixel(std::clamp(px, 0, w - 1), std::clamp(py, 0, h - 1));
             }
         }
     }

@@ -394,15 +394,14 @@ QImage mod(const Inputs& in, const QImage& from, const QImage& to, float t) {
     const float cellU = in.radius > 0 ? in.radius : 150.0f;
     const float compression = in.compression > 0 ? in.compression : 300.0f;
     const float cellV = std::max(4.0f, cellU * cellU / compression);
-    constexpr float kCentreLead = 0.6f;
-    constexpr float kMaxDelay = 0.35f;
+    constexpr float kCentreLead = 0.15f;
+    constexpr float kMaxDelay = 0.1f;
     constexpr float kSoft = 0.06f;
     const float far = farthestCorner(QRectF(0, 0, f.w, f.h), f.center);
     const float ca = std::cos(in.angle);
     const float sa = std::sin(in.angle);
     const float cx = static_cast<float>(f.center.x());
     const float cy = static_cast<float>(f.center.y());
-    const float clock = t * (1.0f + kCentreLead + kMaxDelay);
     QImage out(from.size(), QImage::Format_RGB32);
     for (int y = 0; y < f.h; ++y) {
         const Pixel* a = rowOf(from, y);
@@ -426,8 +425,13 @@ QImage mod(const Inputs& in, const QImage& from, const QImage& to, float t) {
                 2.0f * std::sqrt(lu * lu * (1.0f + stretch) + lv * lv * (1.0f - stretch));
             const float delay = static_cast<float>((hash >> 8) & 0xff) / 255.0f * kMaxDelay;
             const float dn = std::sqrt(vx * vx + vy * vy) / far;
-            const float open = std::clamp(clock - kCentreLead * dn - delay, 0.0f, 1.0f);
-            const float reach = 1.75f * open;
+            // Each hole starts at its own moment and is fully open at the end.
+            const float start = kCentreLead * dn + delay;
+            const float open = std::clamp((t - start) / (1.0f - start), 0.0f, 1.0f);
+            // Quick at first, as the area grows with the square of the reach,
+            // then out to the cells' corners.
+            const float open2 = open * open;
+            const float reach = 1.15f * std::sqrt(open) + 0.6f * open2 * open2;
             const float alpha = std::clamp((reach - q) / kSoft, 0.0f, 1.0f);
             Pixel p = mix256(a[x], b[x], weight256(alpha));
             // A dark rim around each opening hole.

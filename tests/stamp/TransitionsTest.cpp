@@ -1,0 +1,309 @@
+#include <QPainter>
+#include <QTest>
+#include <cmath>
+#include <functional>
+
+#include "TestRegistry.h"
+#include "stamp/Lanczos.h"
+#include "stamp/Pointillize.h"
+#include "stamp/SlideshowView.h"
+#include "stamp/Transitions.h"
+
+using Transitions::Kind;
+
+namespace {
+
+// Large enough for the page curl's 100-point roll to show its back.
+constexpr int kW = 480;
+constexpr int kH = 320;
+
+// Two busy, clearly different frames.
+QImage frame(bool second) {
+    QImage image(kW, kH, QImage::Format_RGB32);
+    for (int y = 0; y < kH; ++y) {
+        for (int x = 0; x < kW; ++x) {
+            const int stripe = ((x / 24 + y / 24) & 1) * 60;
+            image.setPixel(x, y,
+                           second ? qRgb(30 + stripe, 200 - y / 4, 40 + x / 4)
+                                  : qRgb(220 - x / 4, 40 + stripe, 30 + y / 2));
+        }
+    }
+    return image;
+}
+
+int maxDifference(const QImage& a, const QImage& b) {
+    int worst = 0;
+    for (int y = 0; y < a.height(); ++y) {
+        for (int x = 0; x < a.width(); ++x) {
+            const QRgb p = a.pixel(x, y);
+            const QRgb q = b.pixel(x, y);
+            worst = std::max({worst, std::abs(qRed(p) - qRed(q)), std::abs(qGreen(p) - qGreen(q)),
+                              std::abs(qBlue(p) - qBlue(q))});
+        }
+    }
+    return worst;
+}
+
+double meanDifference(const QImage& a, const QImage& b) {
+    double sum = 0;
+    for (int y = 0; y < a.height(); ++y) {
+        for (int x = 0; x < a.width(); ++x) {
+            const QRgb p = a.pixel(x, y);
+            const QRgb q = b.pixel(x, y);
+            sum += std::abs(qRed(p) - qRed(q)) + std::abs(qGreen(p) - qGreen(q)) +
+                   std::abs(qBlue(p) - qBlue(q));
+        }
+    }
+    return sum / (3.0 * a.width() * a.height());
+}
+
+// The transition the preview installs for a style at the test's size.
+Transitions::Transition installed(int style) {
+    SlideshowView view;
+    view.setFrameSize(QSize(kW, kH));
+    view.setTransitionStyle(style == 0 ? 1 : 0);
+    view.setTransitionStyle(style);
+    return view.transition();
+}
+
+}  // namespace
+
+class TransitionsTest : public QObject {
+    Q_OBJECT
+  private slots:
+    void startsAtTheOldFrameAndEndsAtTheNew_data() {
+        QTest::addColumn<int>("style");
+        for (int style = 0; style <= 12; ++style) {
+            QTest::addRow("style %d", style) << style;
+        }
+    }
+    void startsAtTheOldFrameAndEndsAtTheNew() {
+        QFETCH(int, style);
+        const Transitions::Transition t = installed(style);
+        const QImage from = frame(false);
+        const QImage to = frame(true);
+        QVERIFY(maxDifference(Transitions::render(t, from, to, 0.0), from) <= 2);
+        QVERIFY(maxDifference(Transitions::render(t, from, to, 1.0), to) <= 2);
+        for (double p : {0.25, 0.5, 0.75}) {
+            const QImage mid = Transitions::render(t, from, to, p);
+            QCOMPARE(mid.size(), from.size());
+            QVERIFY2(meanDifference(mid, from) > 2.0 && meanDifference(mid, to) > 2.0,
+                     qPrintable(QString("at %1").arg(p)));
+        }
+    }
+
+    void stylesOutsideTheTablePlayTheRipple_data() {
+        QTest::addColumn<int>("style");
+        QTest::addColumn<Kind>("kind");
+        QTest::newRow("-1") << -1 << Kind::Ripple;
+        QTest::newRow("12") << 12 << Kind::Ripple;
+        QTest::newRow("10") << 10 << Kind::Ripple;
+        QTest::newRow("5") << 5 << Kind::DisintegrateWithMask;
+        QTest::newRow("11") << 11 << Kind::Swipe;
+        QTest::newRow("3") << 3 << Kind::Reveal;
+    }
+    void stylesOutsideTheTablePlayTheRipple() {
+        QFETCH(int, style);
+        QFETCH(Kind, kind);
+        QCOMPARE(Transitions::kindForStyle(style), kind);
+    }
+
+    // Columns coded by colour show where each part of the slides comes from.
+    void slidesComeFromTheLeft_data() {
+        QTest::addColumn<Kind>("kind");
+        QTest::addColumn<int>("column");
+        QTest::addColumn<bool>("fromNew");
+        QTest::addColumn<int>("sourceColumn");
+        // A quarter of the way: the moving frame has travelled 50 of 200.
+        QTest::newRow("move-in: new enters") << Kind::MoveIn << 0 << true << 150;
+        QTest::newRow("move-in: new's right edge") << Kind::MoveIn << 49 << true << 199;
+        QTest::newRow("move-in: old stays") << Kind::MoveIn << 50 << false << 50;
+        QTest::newRow("push: new enters") << Kind::Push << 10 << true << 160;
+        QTest::newRow("push: old pushed") << Kind::Push << 50 << false << 0;
+        QTest::newRow("push: old's last") << Kind::Push << 199 << false << 149;
+        QTest::newRow("reveal: new uncovered") << Kind::Reveal << 49 << true << 49;
+        QTest::newRow("reveal: old leaves") << Kind::Reveal << 50 << false << 0;
+    }
+    void slidesComeFromTheLeft() {
+        QFETCH(Kind, kind);
+        QFETCH(int, column);
+        QFETCH(bool, fromNew);
+        QFETCH(int, sourceColumn);
+        QImage from(200, 4, QImage::Format_RGB32);
+        QImage to(200, 4, QImage::Format_RGB32);
+        for (int x = 0; x < 200; ++x) {
+            for (int y = 0; y < 4; ++y) {
+                from.setPixel(x, y, qRgb(x, 0, 0));
+                to.setPixel(x, y, qRgb(0, x, 0));
+            }
+        }
+        Transitions::Transition t;
+        t.kind = kind;
+        const QImage out = Transitions::render(t, from, to, 0.25);
+        const QRgb expected = fromNew ? qRgb(0, sourceColumn, 0) : qRgb(sourceColumn, 0, 0);
+        QCOMPARE(out.pixel(column, 2), expected);
+    }
+
+    // Each setting the preview passes changes what the transition shows.
+    void everySettingMatters_data() {
+        QTest::addColumn<int>("style");
+        QTest::addColumn<QString>("setting");
+        QTest::addColumn<double>("progress");
+        QTest::newRow("copy machine extent") << 4 << "extent" << 0.5;
+        QTest::newRow("copy machine angle") << 4 << "angle" << 0.5;
+        QTest::newRow("disintegrate mask") << 5 << "mask" << 0.5;
+        QTest::newRow("flash centre") << 7 << "center" << 0.25;
+        QTest::newRow("flash extent") << 7 << "extent" << 0.25;
+        QTest::newRow("mod centre") << 8 << "center" << 0.4;
+        QTest::newRow("mod angle") << 8 << "angle" << 0.4;
+        QTest::newRow("page curl angle") << 9 << "angle" << 0.4;
+        QTest::newRow("page curl extent") << 9 << "extent" << 0.4;
+        QTest::newRow("page curl shading") << 9 << "shading" << 0.4;
+        QTest::newRow("page curl backside") << 9 << "backside" << 0.4;
+        QTest::newRow("ripple centre") << 10 << "center" << 0.4;
+        QTest::newRow("ripple extent") << 10 << "extent" << 0.4;
+        QTest::newRow("ripple shading") << 10 << "shading" << 0.4;
+        QTest::newRow("swipe angle") << 11 << "angle" << 0.5;
+    }
+    void everySettingMatters() {
+        QFETCH(int, style);
+        QFETCH(QString, setting);
+        QFETCH(double, progress);
+        const Transitions::Transition base = installed(style);
+        Transitions::Transition changed = base;
+        Transitions::Inputs& in = changed.inputs;
+        if (setting == "extent") {
+            in.extent = QRectF(0, 0, kW / 2.0, kH);
+        } else if (setting == "angle") {
+            in.angle += 1.2f;
+        } else if (setting == "center") {
+            in.center = QPointF(20, 20);
+        } else if (setting == "shading") {
+            QVERIFY(!in.shadingImage.isNull());
+            in.shadingImage = QImage();
+        } else if (setting == "backside") {
+            QVERIFY(!in.backsideImage.isNull());
+            in.backsideImage = QImage();
+        } else if (setting == "mask") {
+            QVERIFY(!in.maskImage.isNull());
+            in.maskImage.invertPixels();
+        }
+        const QImage from = frame(false);
+        const QImage to = frame(true);
+        const double d = meanDifference(Transitions::render(base, from, to, progress),
+                                        Transitions::render(changed, from, to, progress));
+        QVERIFY2(d > 1.0, qPrintable(QString::number(d)));
+    }
+
+    void lanczosKernel_data() {
+        QTest::addColumn<double>("x");
+        QTest::addColumn<double>("value");
+        QTest::newRow("centre") << 0.0 << 1.0;
+        QTest::newRow("first zero") << 1.0 << 0.0;
+        QTest::newRow("second zero") << -2.0 << 0.0;
+        QTest::newRow("half") << 0.5 << 6.0 / (M_PI * M_PI);  // 3 sin(pi/2) sin(pi/6) / (pi/2)^2
+        QTest::newRow("outside") << 3.5 << 0.0;
+        QTest::newRow("negative lobe") << 1.5 << -3.0 / (M_PI * M_PI * 2.25);
+    }
+    void lanczosKernel() {
+        QFETCH(double, x);
+        QFETCH(double, value);
+        QVERIFY2(std::abs(Lanczos::kernel(x) - value) < 1e-9,
+                 qPrintable(QString::number(Lanczos::kernel(x))));
+    }
+
+    void lanczosKeepsFlatGreyFlat_data() {
+        QTest::addColumn<QSize>("target");
+        QTest::newRow("up three times") << QSize(150, 90);
+        QTest::newRow("down three times") << QSize(17, 10);
+        QTest::newRow("stretched one way") << QSize(200, 12);
+    }
+    void lanczosKeepsFlatGreyFlat() {
+        QFETCH(QSize, target);
+        QImage grey(50, 30, QImage::Format_Grayscale8);
+        grey.fill(77);
+        const QImage out = Lanczos::scaled(grey, target);
+        QCOMPARE(out.size(), target);
+        QCOMPARE(out.format(), QImage::Format_Grayscale8);
+        for (int y = 0; y < out.height(); ++y) {
+            for (int x = 0; x < out.width(); ++x) {
+                QCOMPARE(int(out.constScanLine(y)[x]), 77);
+            }
+        }
+    }
+
+    // Shrinking filters: fine stripes become their average, not a new pattern.
+    void lanczosShrinkingDoesNotAlias() {
+        QImage stripes(300, 8, QImage::Format_Grayscale8);
+        for (int y = 0; y < 8; ++y) {
+            for (int x = 0; x < 300; ++x) {
+                stripes.scanLine(y)[x] = (x & 1) ? 255 : 0;
+            }
+        }
+        const QImage out = Lanczos::scaled(stripes, QSize(100, 8));
+        for (int x = 4; x < 96; ++x) {
+            QVERIFY2(std::abs(int(out.constScanLine(4)[x]) - 128) < 20,
+                     qPrintable(QString::number(out.constScanLine(4)[x])));
+        }
+    }
+
+    void lanczosKeepsAnEdgeInPlace() {
+        QImage step(40, 4, QImage::Format_ARGB32);
+        for (int y = 0; y < 4; ++y) {
+            for (int x = 0; x < 40; ++x) {
+                step.setPixel(x, y, x < 20 ? qRgb(0, 0, 0) : qRgb(255, 255, 255));
+            }
+        }
+        const QImage out = Lanczos::scaled(step, QSize(80, 4));
+        QCOMPARE(out.format(), QImage::Format_ARGB32_Premultiplied);
+        QVERIFY(qGray(out.pixel(30, 2)) < 10);
+        QVERIFY(qGray(out.pixel(49, 2)) > 245);
+        QVERIFY(qGray(out.pixel(39, 2)) < qGray(out.pixel(40, 2)));
+        QVERIFY(std::abs(qGray(out.pixel(39, 2)) + qGray(out.pixel(40, 2)) - 255) < 12);
+    }
+
+    void pointillizeDrawsDotsOfTheLocalColour() {
+        QImage image(120, 80, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        QPainter p(&image);
+        p.fillRect(QRect(0, 0, 60, 80), QColor(200, 40, 40));
+        p.fillRect(QRect(60, 0, 60, 80), QColor(40, 40, 200));
+        p.end();
+        const QImage out = Pointillize::render(image, 4.0f);
+        QCOMPARE(out.size(), image.size());
+        int full = 0;
+        int darker = 0;
+        for (int y = 0; y < 80; ++y) {
+            for (int x = 0; x < 40; ++x) {
+                const QColor c = out.pixelColor(x, y);
+                QVERIFY(c.red() > 3 * c.blue());
+                QVERIFY(c.red() >= 130 && c.red() <= 200);
+                (c.red() == 200 ? full : darker)++;
+            }
+            for (int x = 80; x < 120; ++x) {
+                const QColor c = out.pixelColor(x, y);
+                QVERIFY(c.blue() > 3 * c.red());
+            }
+        }
+        // Round dots with gaps between them, mostly dots.
+        QVERIFY2(full > 1600 && darker > 200, qPrintable(QString("%1 %2").arg(full).arg(darker)));
+        QVERIFY(out != Pointillize::render(image, 8.0f));
+    }
+
+    void pointillizeKeepsTransparency() {
+        QImage image(64, 64, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        QPainter p(&image);
+        p.setBrush(Qt::green);
+        p.setPen(Qt::NoPen);
+        p.drawEllipse(QRect(8, 8, 48, 48));
+        p.end();
+        const QImage out = Pointillize::render(image);
+        QCOMPARE(qAlpha(out.pixel(1, 1)), 0);
+        QCOMPARE(qAlpha(out.pixel(62, 62)), 0);
+        QCOMPARE(qAlpha(out.pixel(32, 32)), 255);
+    }
+};
+SW_TEST_CLASS(TransitionsTest)
+
+#include "TransitionsTest.moc"
