@@ -1,11 +1,24 @@
 #include <QApplication>
+#include <QCoreApplication>
+#include <QTextStream>
+#include <cstring>
 
+#include "app/InfoCommand.h"
 #include "app/MainWindow.h"
 #include "app/StampwiseAppDelegate.h"
 #include "platform/QtAlertPanel.h"
 #include "platform/QtOpenPanel.h"
 
 int main(int argc, char** argv) {
+    // `stampwise info ...` reports on photos from the command line, no window.
+    if (argc > 1 && std::strcmp(argv[1], "info") == 0) {
+        QCoreApplication app(argc, argv);
+        QCoreApplication::setOrganizationName(QStringLiteral("Stampwise"));
+        QCoreApplication::setApplicationName(QStringLiteral("Stampwise"));
+        QTextStream out(stdout);
+        QTextStream err(stderr);
+        return InfoCommand(out, err).run(QCoreApplication::arguments().mid(2));
+    }
     QApplication app(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("Stampwise"));
     QApplication::setApplicationName(QStringLiteral("Stampwise"));

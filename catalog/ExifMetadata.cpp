@@ -159,7 +159,8 @@ class ByteSource {
   public:
     explicit ByteSource(QIODevice* device) : device_(device) {}
     bool read(quint64 offset, uchar* out, qint64 n) {
-        if (offset > quint64(std::numeric_limits<qint64>::max()) ||
+        const qint64 size = device_->size();
+        if (n < 0 || offset > quint64(size) || quint64(size) - offset < quint64(n) ||
             !device_->seek(qint64(offset))) {
             return false;
         }

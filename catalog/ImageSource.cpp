@@ -206,7 +206,18 @@ QImage ImageSource::decodeEmbedded(const QByteArray& data, int maxSide) const {
     if (!buffer.open(QIODevice::ReadOnly)) {
         return {};
     }
-    QImageReader reader(&buffer);
+    // Name the format from the data: probing every reader makes some of them
+    // print complaints about data that is not theirs.
+    QByteArray format;
+    if (data.startsWith("\xFF\xD8")) {
+        format = "jpeg";
+    } else if (data.startsWith("II") || data.startsWith("MM")) {
+        format = "tiff";
+    } else {
+        return {};
+    }
+    QImageReader reader(&buffer, format);
+    reader.setAutoDetectImageFormat(false);
     return readScaled(reader, maxSide);
 }
 

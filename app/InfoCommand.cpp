@@ -1,0 +1,177 @@
+#include "app/InfoCommand.h"
+
+#include <QCommandLineParser>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QSettings>
+
+#include "app/SettingValues.h"
+#include "app/SettingsKeys.h"
+#include "catalog/AssetCollection.h"
+#include "catalog/ImageAsset.h"
+#include "datetext/DateText.h"
+#include "datetext/PhotoDate.h"
+
+namespace {
+
+constexpr qint64 kMaxDateType = 3;
+constexpr qint64 kMaxTimeType = 2;
+
+QJsonValue textOrNull(const std::optional<QString>& text) {
+    return text ? QJsonValue(*text) : QJsonValue(QJsonValue::Null);
+}
+
+// The date with its offset, so that a reader elsewhere sees the same instant.
+QString isoDate(const QDateTime& date) {
+    return date.toOffsetFromUtc(date.offsetFromUtc()).toString(Qt::ISODate);
+}
+
+std::optional<qint64> typeArgument(const QString& text, qint64 max) {
+    bool ok = false;
+    const qint64 value = text.toLongLong(&ok);
+    if (!ok || value < 0 || value > max) {
+        return std::nullopt;
+    }
+    return value;
+}
+
+QString plainValue(const QJsonValue& value) {
+    if (value.isNull() || value.isUndefined()) {
+        return QStringLiteral("none");
+    }
+    if (value.isString()) {
+        return QLatin1Char('"') + value.toString() + QLatin1Char('"');
+    }
+    if (value.isBool()) {
+        return value.toBool() ? QStringLiteral("yes") : QStringLiteral("no");
+    }
+    return QString::number(value.toDouble(), 'g', 10);
+}
+
+}  // namespace
+
+QStringList InfoCommand::expand(const QString& path) {
+    const QFileInfo info(path);
+    const QString absolute = info.absoluteFilePath();
+    const QStringList candidates =
+        info.isDir() ? AssetCollection(QUrl::fromLocalFile(absolute)).findAssetFilesInRootURL()
+                     : QStringList{absolute};
+    QStringList photos;
+    const QStringList types = ImageAsset::fileTypes();
+    for (const QString& candidate : candidates) {
+        if (types.contains(QFileInfo(candidate).suffix(), Qt::CaseSensitive)) {
+            photos.append(candidate);
+        }
+    }
+    return photos;
+}
+
+QJsonObject InfoCommand::describe(const QString& path, qint64 dateType, qint64 timeType) {
+    ImageAsset asset(QUrl::fromLocalFile(path));
+    const bool readable = asset.createImageSource();
+    QJsonObject record;
+    record["path"] = path;
+    record["readable"] = readable;
+    record["pixelWidth"] = asset.pixelsWide();
+    record["pixelHeight"] = asset.pixelsHigh();
+    const QJsonValue none(QJsonValue::Null);
+    record["pointWidth"] = readable ? QJsonValue(asset.pointSize().width()) : none;
+    record["pointHeight"] = readable ? QJsonValue(asset.pointSize().height()) : none;
+    record["dpi"] = readable ? QJsonValue(asset.dpiX()) : none;
+    // The dates the stamp run would use: those of the file's last image.
+    const std::optional<QString> original = asset.lastPageDateTimeOriginal();
+    const std::optional<QString> digitized = asset.lastPageDateTimeDigitized();
+    record["DateTimeOriginal"] = textOrNull(original);
+    record["DateTimeDigitized"] = textOrNull(digitized);
+    const std::optional<QDateTime> fileDate = PhotoDate::fileModificationDate(path);
+    record["fileDate"] = fileDate ? QJsonValue(isoDate(*fileDate)) : none;
+    const PhotoDate::Result rule =
+        PhotoDate::photoDateText(original, digitized, fileDate, dateType, timeType);
+    record["dateText"] = rule.date ? QJsonValue(rule.dateTimeString) : none;
+    return record;
+}
+
+void InfoCommand::printUsage(QTextStream& stream) const {
+    stream << "Usage: stampwise info [--date-type N] [--time-type N] [--json] PATH...\n"
+              "\n"
+              "Shows what Stampwise reads from each photo: whether it can be read, its size in\n"
+              "pixels and in points with the stated resolution (72 dpi when none), the EXIF\n"
+              "DateTimeOriginal and DateTimeDigitized, the file's modification date, and the\n"
+              "date text the photo's own date gives in the chosen layout.\n"
+              "\n"
+              "A folder stands for the photo files directly inside it, as when a folder is\n"
+              "opened in the program; a file is taken when its extension is an image type.\n"
+              "\n"
+              "  --date-type N  date layout 0-3 (default: the saved choice)\n"
+              "  --time-type N  time layout 0-2 (default: the saved choice)\n"
+              "  --json         one JSON array of objects instead of lines\n"
+              "  --help         this text\n";
+}
+
+int InfoCommand::run(const QStringList& arguments) {
+    QCommandLineParser parser;
+    const QCommandLineOption dateOption("date-type", "", "N");
+    const QCommandLineOption timeOption("time-type", "", "N");
+    const QCommandLineOption jsonOption("json");
+    const QCommandLineOption helpOption("help");
+    parser.addOptions({dateOption, timeOption, jsonOption, helpOption});
+    if (!parser.parse(QStringList{QStringLiteral("stampwise-info")} + arguments)) {
+        err_ << "stampwise info: " << parser.errorText() << "\n";
+        printUsage(err_);
+        return kUsageError;
+    }
+    if (parser.isSet(helpOption)) {
+        printUsage(out_);
+        return 0;
+    }
+    const QSettings settings;
+    qint64 dateType = SettingValues::integerValue(
+        settings.value(QLatin1String(SettingsKeys::kDateType)).toString());
+    qint64 timeType = SettingValues::integerValue(
+        settings.value(QLatin1String(SettingsKeys::kTimeType)).toString());
+    if (parser.isSet(dateOption)) {
+        const auto value = typeArgument(parser.value(dateOption), kMaxDateType);
+        if (!value) {
+            err_ << "stampwise info: --date-type takes 0 to 3\n";
+            return kUsageError;
+        }
+        dateType = *value;
+    }
+    if (parser.isSet(timeOption)) {
+        const auto value = typeArgument(parser.value(timeOption), kMaxTimeType);
+        if (!value) {
+            err_ << "stampwise info: --time-type takes 0 to 2\n";
+            return kUsageError;
+        }
+        timeType = *value;
+    }
+    if (parser.positionalArguments().isEmpty()) {
+        printUsage(err_);
+        return kUsageError;
+    }
+
+    QJsonArray records;
+    for (const QString& argument : parser.positionalArguments()) {
+        for (const QString& photo : expand(argument)) {
+            const QJsonObject record = describe(photo, dateType, timeType);
+            if (parser.isSet(jsonOption)) {
+                records.append(record);
+                continue;
+            }
+            out_ << record["path"].toString();
+            for (const char* key :
+                 {"readable", "pixelWidth", "pixelHeight", "pointWidth", "pointHeight", "dpi",
+                  "DateTimeOriginal", "DateTimeDigitized", "fileDate", "dateText"}) {
+                out_ << '\t' << key << '=' << plainValue(record[QLatin1String(key)]);
+            }
+            out_ << '\n';
+            out_.flush();
+        }
+    }
+    if (parser.isSet(jsonOption)) {
+        out_ << QJsonDocument(records).toJson(QJsonDocument::Indented);
+    }
+    out_.flush();
+    return 0;
+}
