@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstring>
 #include <optional>
+#include <vector>
 
 namespace Transitions {
 
@@ -25,7 +26,7 @@ inline Pixel mix256(Pixel a, Pixel b, quint32 w) {
 }
 
 inline quint32 weight256(float w) {
-    return static_cast<quint32>(std::clamp(std::lround(w * 256.0f), 0L, 256L));
+    return static_cast<quint32>(std::clamp(w, 0.0f, 1.0f) * 256.0f + 0.5f);
 }
 
 inline int clampByte(float v) {
@@ -47,15 +48,33 @@ inline float blue(Pixel p) {
     return static_cast<float>(p & 0xff);
 }
 
-// Multiplies the colour by m and adds add (both per channel, in 0..255 units).
-inline Pixel shade(Pixel p, float m, float add = 0.0f) {
-    return rgb(red(p) * m + add, green(p) * m + add, blue(p) * m + add);
-}
-
 // Moves p towards the colour (r, g, b) by w in 0..1.
 inline Pixel towards(Pixel p, float r, float g, float b, float w) {
     const float iw = 1.0f - w;
     return rgb(red(p) * iw + r * w, green(p) * iw + g * w, blue(p) * iw + b * w);
+}
+
+// Multiplies each channel by m / 256, saturating (m may exceed 256).
+inline Pixel scale256(Pixel p, int m) {
+    const int r = std::min(255, static_cast<int>((p >> 16) & 0xff) * m >> 8);
+    const int g = std::min(255, static_cast<int>((p >> 8) & 0xff) * m >> 8);
+    const int b = std::min(255, static_cast<int>(p & 0xff) * m >> 8);
+    return 0xff000000u | (static_cast<quint32>(r) << 16) | (static_cast<quint32>(g) << 8) |
+           static_cast<quint32>(b);
+}
+
+// Adds v to each channel, clamped to 0..255.
+inline Pixel offset(Pixel p, int v) {
+    const int r = std::clamp(static_cast<int>((p >> 16) & 0xff) + v, 0, 255);
+    const int g = std::clamp(static_cast<int>((p >> 8) & 0xff) + v, 0, 255);
+    const int b = std::clamp(static_cast<int>(p & 0xff) + v, 0, 255);
+    return 0xff000000u | (static_cast<quint32>(r) << 16) | (static_cast<quint32>(g) << 8) |
+           static_cast<quint32>(b);
+}
+
+inline int fastFloor(float v) {
+    const int i = static_cast<int>(v);
+    return v < static_cast<float>(i) ? i - 1 : i;
 }
 
 inline float smoothstep(float e0, float e1, float x) {
@@ -280,14 +299,14 @@ QImage disintegrate(const Inputs& in, const QImage& from, const QImage& to, floa
     constexpr float kShadowDensity = 0.65f;
     constexpr int kShadowDrop = 10;  // points down
     std::array<quint32, 256> reveal{};
-    std::array<float, 256> shadow{};
+    std::array<int, 256> shadow{};  // brightness left by the shadow, of 256
     const float tr = t * (1.0f + 2.0f * kEdge) - kEdge;
     const float ts = t * (1.0f + 2.0f * kShadowEdge) - kShadowEdge;
     for (size_t m = 0; m < 256; ++m) {
         const float v = static_cast<float>(m) / 255.0f;
         reveal[m] = weight256(smoothstep(v - kEdge, v + kEdge, tr));
-        shadow[m] =
-            1.0f - kShadowDensity * (1.0f - smoothstep(v - kShadowEdge, v + kShadowEdge, ts));
+        shadow[m] = static_cast<int>(weight256(
+            1.0f - kShadowDensity * (1.0f - smoothstep(v - kShadowEdge, v + kShadowEdge, ts))));
     }
     const int w = from.width();
     const int h = from.height();
@@ -311,8 +330,8 @@ QImage disintegrate(const Inputs& in, const QImage& from, const QImage& to, floa
                 o[x] = a[x];
                 continue;
             }
-            const float s = shadow[maskAt(x, y - kShadowDrop)];
-            const Pixel n = s < 1.0f ? shade(b[x], s) : b[x];
+            const int s = shadow[maskAt(x, y - kShadowDrop)];
+            const Pixel n = s < 256 ? scale256(b[x], s) : b[x];
             o[x] = mix256(a[x], n, r);
         }
     }
@@ -333,6 +352,7 @@ QImage flash(const Inputs& in, const QImage& from, const QImage& to, float t) {
     const float fade = 1.0f - smoothstep(0.55f, kFadeThreshold + 0.15f, t);
     const quint32 swap = weight256(smoothstep(0.45f, 0.6f, t));
     const float rayGain = kStriationStrength * kMaxStriationRadius * 0.25f;
+    const Pixel tint = rgb(kColor[0], kColor[1], kColor[2]);
 
     // Rays: a fixed irregular brightness over the angle.
     constexpr int kRays = 1024;
@@ -378,17 +398,16 @@ QImage flash(const Inputs& in, const QImage& from, const QImage& to, float t) {
                 amount = std::clamp((rr - dist) / (0.35f * rr + 1.0f), 0.0f, 1.0f);
             }
             amount *= fade;
-            const float warm = std::min(1.0f, dist / far);
-            o[x] = towards(base, 255.0f + (kColor[0] - 255.0f) * warm,
-                           255.0f + (kColor[1] - 255.0f) * warm,
-                           255.0f + (kColor[2] - 255.0f) * warm, amount);
+            // White at the centre, the flash colour towards the extent's corners.
+            const Pixel glare = mix256(0xffffffffu, tint, weight256(std::min(1.0f, dist / far)));
+            o[x] = mix256(base, glare, weight256(amount));
         }
     }
     return out;
 }
 
 // Staggered holes, squashed across the angle, open in the old frame; those
-// near the centre open first, each cell at its own pace.
+// near the centre open first, each at its own pace, all fully open at the end.
 QImage mod(const Inputs& in, const QImage& from, const QImage& to, float t) {
     const Frame f = frameFor(in, from.width(), from.height());
     const float cellU = in.radius > 0 ? in.radius : 150.0f;
@@ -397,48 +416,104 @@ QImage mod(const Inputs& in, const QImage& from, const QImage& to, float t) {
     constexpr float kCentreLead = 0.15f;
     constexpr float kMaxDelay = 0.1f;
     constexpr float kSoft = 0.06f;
+    constexpr float kRim = 0.12f;
     const float far = farthestCorner(QRectF(0, 0, f.w, f.h), f.center);
     const float ca = std::cos(in.angle);
     const float sa = std::sin(in.angle);
     const float cx = static_cast<float>(f.center.x());
     const float cy = static_cast<float>(f.center.y());
-    QImage out(from.size(), QImage::Format_RGB32);
-    for (int y = 0; y < f.h; ++y) {
-        const Pixel* a = rowOf(from, y);
-        const Pixel* b = rowOf(to, y);
-        Pixel* o = rowOf(out, y);
-        const float vy = cy - (static_cast<float>(y) + 0.5f);  // y-up
-        for (int x = 0; x < f.w; ++x) {
-            const float vx = static_cast<float>(x) + 0.5f - cx;
-            const float u = vx * ca + vy * sa;
-            const float v = -vx * sa + vy * ca;
-            const float fv = v / cellV;
-            const float j = std::floor(fv);
-            const int ij = static_cast<int>(j);
-            const float fu = u / cellU + ((ij & 1) ? 0.5f : 0.0f);
-            const float i = std::floor(fu);
-            const quint32 hash = cellHash(static_cast<int>(i), ij);
-            const float lu = fu - i - 0.5f;
-            const float lv = fv - j - 0.5f;
+
+    // Cell coordinates (U along the angle, V across) of a y-down point.
+    auto cellCoords = [&](float px, float py) {
+        const float vx = px - cx;
+        const float vy = cy - py;  // y-up
+        return std::pair<float, float>{(vx * ca + vy * sa) / cellU, (-vx * sa + vy * ca) / cellV};
+    };
+    float minU = 1e30f, maxU = -1e30f, minV = 1e30f, maxV = -1e30f;
+    for (const auto& [px, py] : {std::pair<float, float>{0, 0},
+                                 {float(f.w), 0},
+                                 {0, float(f.h)},
+                                 {float(f.w), float(f.h)}}) {
+        const auto [cu, cv] = cellCoords(px, py);
+        minU = std::min(minU, cu);
+        maxU = std::max(maxU, cu);
+        minV = std::min(minV, cv);
+        maxV = std::max(maxV, cv);
+    }
+    const int i0 = fastFloor(minU) - 1;
+    const int j0 = fastFloor(minV) - 1;
+    const int ni = fastFloor(maxU) - i0 + 3;
+    const int nj = fastFloor(maxV) - j0 + 3;
+
+    // Everything about a hole that does not change across its cell.
+    struct Hole {
+        float a, b;    // squash of the hole's shape, times 4
+        float inner2;  // below this q^2 the pixel is new and unshaded
+        float outer2;  // above this q^2 the pixel is old and unshaded
+        float reach, rimGain;
+    };
+    std::vector<Hole> holes(static_cast<size_t>(ni) * static_cast<size_t>(nj));
+    for (int j = 0; j < nj; ++j) {
+        for (int i = 0; i < ni; ++i) {
+            const int ci = i + i0;
+            const int cj = j + j0;
+            const quint32 hash = cellHash(ci, cj);
             const float stretch = (static_cast<float>(hash & 0xff) / 255.0f - 0.5f) * 0.6f;
-            const float q =
-                2.0f * std::sqrt(lu * lu * (1.0f + stretch) + lv * lv * (1.0f - stretch));
             const float delay = static_cast<float>((hash >> 8) & 0xff) / 255.0f * kMaxDelay;
-            const float dn = std::sqrt(vx * vx + vy * vy) / far;
-            // Each hole starts at its own moment and is fully open at the end.
+            const float u = (static_cast<float>(ci) + 0.5f - ((cj & 1) ? 0.5f : 0.0f)) * cellU;
+            const float v = (static_cast<float>(cj) + 0.5f) * cellV;
+            const float dn = std::min(1.0f, std::sqrt(u * u + v * v) / far);
             const float start = kCentreLead * dn + delay;
             const float open = std::clamp((t - start) / (1.0f - start), 0.0f, 1.0f);
             // Quick at first, as the area grows with the square of the reach,
             // then out to the cells' corners.
             const float open2 = open * open;
             const float reach = 1.15f * std::sqrt(open) + 0.6f * open2 * open2;
-            const float alpha = std::clamp((reach - q) / kSoft, 0.0f, 1.0f);
+            const float rimGain = open * (1.0f - open) * 4.0f;
+            const float band = rimGain > 0.0f ? kRim : kSoft;
+            Hole& hole =
+                holes[static_cast<size_t>(j) * static_cast<size_t>(ni) + static_cast<size_t>(i)];
+            hole.a = 4.0f * (1.0f + stretch);
+            hole.b = 4.0f * (1.0f - stretch);
+            hole.reach = reach;
+            hole.rimGain = rimGain;
+            hole.inner2 = reach > band ? (reach - band) * (reach - band) : -1.0f;
+            hole.outer2 = reach > 0.0f ? (reach + band) * (reach + band) : -1.0f;
+        }
+    }
+    const float stepU = ca / cellU;
+    const float stepV = -sa / cellV;
+    QImage out(from.size(), QImage::Format_RGB32);
+    for (int y = 0; y < f.h; ++y) {
+        const Pixel* a = rowOf(from, y);
+        const Pixel* b = rowOf(to, y);
+        Pixel* o = rowOf(out, y);
+        auto [cu, cv] = cellCoords(0.5f, static_cast<float>(y) + 0.5f);
+        for (int x = 0; x < f.w; ++x, cu += stepU, cv += stepV) {
+            const int j = fastFloor(cv);
+            const float su = cu + ((j & 1) ? 0.5f : 0.0f);
+            const int i = fastFloor(su);
+            const Hole& hole = holes[static_cast<size_t>(j - j0) * static_cast<size_t>(ni) +
+                                     static_cast<size_t>(i - i0)];
+            const float lu = su - static_cast<float>(i) - 0.5f;
+            const float lv = cv - static_cast<float>(j) - 0.5f;
+            const float q2 = hole.a * lu * lu + hole.b * lv * lv;
+            if (q2 >= hole.outer2) {
+                o[x] = a[x];
+                continue;
+            }
+            if (q2 <= hole.inner2) {
+                o[x] = b[x];
+                continue;
+            }
+            const float q = std::sqrt(q2);
+            const float alpha = std::clamp((hole.reach - q) / kSoft, 0.0f, 1.0f);
             Pixel p = mix256(a[x], b[x], weight256(alpha));
             // A dark rim around each opening hole.
             const float rim =
-                std::max(0.0f, 1.0f - std::fabs(reach - q) / 0.12f) * open * (1.0f - open) * 4.0f;
+                std::max(0.0f, 1.0f - std::fabs(hole.reach - q) / kRim) * hole.rimGain;
             if (rim > 0.01f) {
-                p = shade(p, 1.0f - 0.45f * rim);
+                p = scale256(p, static_cast<int>(256.0f * (1.0f - 0.45f * rim)));
             }
             o[x] = p;
         }
@@ -461,25 +536,42 @@ QImage pageCurl(const Inputs& in, const QImage& from, const QImage& to, float t)
     const float dy = static_cast<float>(d.y());
     const QRectF& page = f.extent;
 
-    // Brightness of the paper at roll angle theta (0 flat front .. pi flat back).
+    // Brightness of the paper (of 256) at roll angle theta: 0 is the flat
+    // front, pi/2 the roll's far side, pi the flat back.
     auto light = [&](float theta) {
         const float geometric = 1.0f - 0.3f * std::sin(std::min(theta, kPi * 0.5f));
-        if (!profile) {
-            return geometric;
+        float m = geometric;
+        if (profile) {
+            const size_t k = std::min<size_t>(255, static_cast<size_t>(theta / kPi * 256.0f));
+            m *= 0.7f + 0.6f * (*profile)[k];
         }
-        const size_t i = std::min<size_t>(255, static_cast<size_t>(theta / kPi * 256.0f));
-        return geometric * (0.7f + 0.6f * (*profile)[i]);
+        return static_cast<int>(m * 256.0f);
     };
-    auto backColor = [&](float sx, float sy, float theta) {
+    // Across the roll, by u / r: the angle and the light of both layers.
+    constexpr int kSteps = 1024;
+    std::array<float, kSteps + 1> rollAngle{};
+    std::array<int, kSteps + 1> frontLight{};
+    std::array<int, kSteps + 1> backLight{};
+    for (int k = 0; k <= kSteps; ++k) {
+        const float theta = std::asin(static_cast<float>(k) / kSteps);
+        rollAngle[static_cast<size_t>(k)] = theta;
+        frontLight[static_cast<size_t>(k)] = light(theta);
+        backLight[static_cast<size_t>(k)] = light(kPi - theta);
+    }
+    const int flatBackLight = light(kPi);
+    const float backScaleX = backside.isNull() ? 0.0f : backside.width() / page.width();
+    const float backScaleY = backside.isNull() ? 0.0f : backside.height() / page.height();
+    const float pageLeft = static_cast<float>(page.left());
+    const float pageTop = static_cast<float>(page.top());
+    auto backColor = [&](float sx, float sy, int lightLevel) {
         const Pixel under = at(from, static_cast<int>(sx), static_cast<int>(sy));
         Pixel back = 0xffe4e4e4u;
         if (!backside.isNull()) {
-            const int bx = static_cast<int>((sx - page.left()) / page.width() * backside.width());
-            const int by = static_cast<int>((sy - page.top()) / page.height() * backside.height());
-            back = at(backside, bx, by);
+            back = at(backside, static_cast<int>((sx - pageLeft) * backScaleX),
+                      static_cast<int>((sy - pageTop) * backScaleY));
         }
         // The paper lets a little of its printed side through.
-        return shade(mix256(back, under, 40), light(theta));
+        return scale256(mix256(back, under, 40), lightLevel);
     };
     QImage out(from.size(), QImage::Format_RGB32);
     for (int y = 0; y < f.h; ++y) {
@@ -493,7 +585,9 @@ QImage pageCurl(const Inputs& in, const QImage& from, const QImage& to, float t)
             const float px = static_cast<float>(x) + 0.5f;
             if (u >= r) {
                 const float gap = (u - r) / (kShadowReach * r);
-                o[x] = gap < 1.0f ? shade(b[x], 0.55f + 0.45f * gap * gap) : b[x];
+                o[x] = gap < 1.0f
+                           ? scale256(b[x], static_cast<int>(256.0f * (0.55f + 0.45f * gap * gap)))
+                           : b[x];
                 continue;
             }
             if (!inside(page, px, py)) {
@@ -502,29 +596,30 @@ QImage pageCurl(const Inputs& in, const QImage& from, const QImage& to, float t)
             }
             // Paper at arc length L past the fold lies at p + (L - u) * d.
             if (u >= 0) {
-                const float theta = std::asin(std::min(1.0f, u / r));
+                const size_t k = static_cast<size_t>(u / r * kSteps);
+                const float theta = rollAngle[k];
                 const float top = r * (kPi - theta);
                 float sx = px + (top - u) * dx;
                 float sy = py + (top - u) * dy;
                 if (inside(page, sx, sy)) {
-                    o[x] = backColor(sx, sy, kPi - theta);
+                    o[x] = backColor(sx, sy, backLight[k]);
                     continue;
                 }
                 const float low = r * theta;
                 sx = px + (low - u) * dx;
                 sy = py + (low - u) * dy;
                 if (inside(page, sx, sy)) {
-                    o[x] =
-                        shade(at(from, static_cast<int>(sx), static_cast<int>(sy)), light(theta));
+                    o[x] = scale256(at(from, static_cast<int>(sx), static_cast<int>(sy)),
+                                    frontLight[k]);
                 } else {
-                    o[x] = shade(b[x], 0.55f);
+                    o[x] = scale256(b[x], 141);  // in the roll's shadow
                 }
                 continue;
             }
             const float flat = kPi * r - u;
             const float sx = px + (flat - u) * dx;
             const float sy = py + (flat - u) * dy;
-            o[x] = inside(page, sx, sy) ? backColor(sx, sy, kPi) : a[x];
+            o[x] = inside(page, sx, sy) ? backColor(sx, sy, flatBackLight) : a[x];
         }
     }
     return out;
@@ -542,12 +637,14 @@ QImage ripple(const Inputs& in, const QImage& from, const QImage& to, float t) {
     const auto profile = shadingProfile(in.shadingImage);
     std::array<float, 256> push{};
     std::array<quint32, 256> blend{};
-    std::array<float, 256> glow{};
+    std::array<int, 256> glow{};
     for (size_t i = 0; i < 256; ++i) {
         const float phi = (static_cast<float>(i) + 0.5f) / 256.0f;  // 0 at the front
         push[i] = amplitude * std::sin(2.0f * kPi * phi) * std::sin(kPi * phi);
         blend[i] = weight256(smoothstep(0.3f, 0.7f, phi));
-        glow[i] = profile ? ((*profile)[i] - 0.5f) * 160.0f * std::sin(kPi * phi) : 0.0f;
+        glow[i] = profile ? static_cast<int>(
+                                std::lround(((*profile)[i] - 0.5f) * 160.0f * std::sin(kPi * phi)))
+                          : 0;
     }
     const float cx = static_cast<float>(f.center.x());
     const float cy = static_cast<float>(f.center.y());
@@ -584,7 +681,7 @@ QImage ripple(const Inputs& in, const QImage& from, const QImage& to, float t) {
             const int sx = static_cast<int>(px + vx * k);
             const int sy = static_cast<int>(py + vy * k);
             const Pixel p = mix256(at(from, sx, sy), at(to, sx, sy), blend[i]);
-            o[x] = glow[i] != 0.0f ? shade(p, 1.0f, glow[i]) : p;
+            o[x] = glow[i] != 0 ? offset(p, glow[i]) : p;
         }
     }
     return out;
