@@ -10,7 +10,7 @@ PACKAGES := cmake g++ make pkg-config \
 	libexiv2-dev libicu-dev fonts-dejavu-core fonts-dejavu-extra \
 	libjpeg-turbo-progs xvfb xauth
 
-.PHONY: all deps build run test test-asan bench clean
+.PHONY: all deps build run test test-asan bench fuzz clean
 
 all: build
 
@@ -48,6 +48,19 @@ test-asan: deps
 
 bench: build
 	cmake --build $(BUILD_DIR) --target bench -j $(JOBS)
+
+# libFuzzer runs of the PCX and metadata readers (needs clang++-14), FUZZ_TIME seconds each.
+FUZZ_DIR ?= build-fuzz
+FUZZ_TIME ?= 300
+fuzz:
+	cmake -S . -B $(FUZZ_DIR) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_COMPILER=clang++-14 -DSTAMPWISE_FUZZ=ON
+	cmake --build $(FUZZ_DIR) --target fuzz_pcx fuzz_exif -j $(JOBS)
+	mkdir -p $(FUZZ_DIR)/corpus/pcx $(FUZZ_DIR)/corpus/exif
+	for t in pcx exif; do \
+	  ASAN_OPTIONS=allocator_may_return_null=1:detect_leaks=0 $(FUZZ_DIR)/tools/fuzz/fuzz_$$t \
+	    -max_total_time=$(FUZZ_TIME) -rss_limit_mb=2048 -max_len=65536 -timeout=10 \
+	    -print_final_stats=1 $(FUZZ_DIR)/corpus/$$t || exit 1; \
+	done
 
 clean:
 	rm -rf $(BUILD_DIR) $(ASAN_DIR)
