@@ -1,6 +1,8 @@
 #include "stamp/SlideshowImageView.h"
 
+#include <QGuiApplication>
 #include <QPainter>
+#include <QScreen>
 #include <algorithm>
 
 SlideshowImageView::SlideshowImageView(QWidget* parent) : QWidget(parent) {
@@ -11,6 +13,17 @@ SlideshowImageView::SlideshowImageView(QWidget* parent) : QWidget(parent) {
 void SlideshowImageView::setImage(const QImage& image) {
     image_ = image;
     scaledCache_ = QImage();
+    // Resizing the preview refits the photo each time; a copy no larger than
+    // the screen keeps that quick for multi-megapixel photos.
+    display_ = image;
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    const QSize limit = screen ? screen->size() * screen->devicePixelRatio() : QSize(2560, 1600);
+    if (!image.isNull() && (image.width() > limit.width() || image.height() > limit.height())) {
+        const QSizeF points = image.deviceIndependentSize();
+        display_ = image.scaled(limit, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+        // Same size in points, so the fit and the never-enlarge rule are unchanged.
+        display_.setDevicePixelRatio(display_.width() / points.width());
+    }
     update();
 }
 
@@ -51,7 +64,7 @@ QImage SlideshowImageView::currentFrame() const {
     if (isTransitioning() && !frame_.isNull()) {
         return frame_.size() == size() ? frame_ : frame_.scaled(size());
     }
-    return fittedFrame(image_, size());
+    return scaledCache_.size() == size() ? scaledCache_ : fittedFrame(display_, size());
 }
 
 bool SlideshowImageView::isTransitioning() const {
@@ -67,7 +80,8 @@ void SlideshowImageView::stopTransition() {
 
 void SlideshowImageView::playTransition(const Transitions::Transition& transition,
                                         const QImage& from) {
-    start(transition, from, fittedFrame(image_, size()));
+    scaledCache_ = fittedFrame(display_, size());
+    start(transition, from, scaledCache_);
 }
 
 void SlideshowImageView::playRemoval(const Transitions::Transition& transition) {
@@ -114,7 +128,7 @@ void SlideshowImageView::paintEvent(QPaintEvent* /*event*/) {
         return;
     }
     if (scaledCache_.size() != size()) {
-        scaledCache_ = fittedFrame(image_, size());
+        scaledCache_ = fittedFrame(display_, size());
     }
     painter.drawImage(0, 0, scaledCache_);
 }

@@ -41,7 +41,8 @@ class SlideshowImageView : public QWidget {
     void start(const Transitions::Transition& transition, const QImage& from, const QImage& to);
 
     QImage image_;
-    QImage scaledCache_;  // the photo at the size of the last paint
+    QImage display_;      // the photo, at most screen-sized
+    QImage scaledCache_;  // the photo fitted to the view's size
     QImage from_;
     QImage to_;
     QImage frame_;
