@@ -159,6 +159,8 @@ void QNSDragView::calcFontSizeToFitRect(const QRectF& rect) {
 void QNSDragView::paintEvent(QPaintEvent* /*event*/) {
     if (!isPreview_) {
         QPainter painter(this);
+        // The edge cuts the line's inner half at 1.5 points: one full row and a half.
+        painter.setRenderHint(QPainter::Antialiasing);
         QPen pen(Qt::white);
         pen.setWidthF(kFrameWidth);
         pen.setCapStyle(Qt::FlatCap);

@@ -138,7 +138,11 @@ class QNSDragViewTest : public QObject {
         // of it painted by the 10-on, 10-off dashes.
         const int painted = countWhite(image, 39);
         QVERIFY2(painted > 80 && painted < 120, qPrintable(QString::number(painted)));
-        QCOMPARE(countWhite(image, 20), 2);  // the two side edges
+        // Both side edges carry dashes too, and the inside stays clear.
+        const QImage columns = image.transformed(QTransform().rotate(90));
+        QVERIFY(countWhite(columns, 0) > 5);
+        QVERIFY(countWhite(columns, 199) > 5);
+        QCOMPARE(countWhite(image.copy(2, 2, 196, 36), 18), 0);
         scene.view->setIsPreview(true);
         image.fill(Qt::black);
         scene.view->render(&image, {}, {}, QWidget::DrawChildren);
@@ -147,6 +151,38 @@ class QNSDragViewTest : public QObject {
         image.fill(Qt::black);
         scene.view->render(&image, {}, {}, QWidget::DrawChildren);
         QCOMPARE(countWhite(image, 39), painted);
+    }
+
+    // Dashes of 10 on, 10 off run right along the bottom edge from the
+    // lower-left corner, shifted by the phase.
+    void dashesStartAtThePhase_data() {
+        QTest::addColumn<float>("phase");
+        QTest::addColumn<int>("firstOn");
+        QTest::newRow("phase 0") << 0.0f << 0;
+        QTest::newRow("phase -1") << -1.0f << 1;
+        QTest::newRow("phase -5") << -5.0f << 5;
+    }
+    void dashesStartAtThePhase() {
+        QFETCH(float, phase);
+        QFETCH(int, firstOn);
+        Scene scene(QPoint(0, 0), QSize(200, 40));
+        scene.view->setDashPhase(phase);
+        QImage image(200, 40, QImage::Format_RGB32);
+        image.fill(Qt::black);
+        scene.view->render(&image, {}, {}, QWidget::DrawChildren);
+        QString row;
+        for (int x = 0; x < 40; ++x) {
+            row += image.pixelColor(x, 39).lightness() > 200 ? '#' : '.';
+        }
+        QString expected;
+        for (int x = 0; x < 40; ++x) {
+            expected += (x >= firstOn && (x - firstOn) % 20 < 10) ? '#' : '.';
+        }
+        QCOMPARE(row, expected);
+        // The line's inner half shows: a full row and a half-covered one.
+        const int half = image.pixelColor(firstOn + 4, 38).lightness();
+        QVERIFY2(half > 60 && half < 200, qPrintable(QString::number(half)));
+        QCOMPARE(image.pixelColor(firstOn + 4, 37).lightness(), 0);
     }
 
     void fastSearchAgreesWithLinearSearch() {
