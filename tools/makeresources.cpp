@@ -9,6 +9,8 @@
 #include <QTextStream>
 #include <algorithm>
 #include <cmath>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -57,13 +59,11 @@ double valueNoise(double x, double y, int seed) {
     return (a + (b - a) * sx) + ((c + (d - c) * sx) - (a + (b - a) * sx)) * sy;
 }
 
-// Crumbling blotches: several octaves of noise, stretched over the full grey
-// range so the transition spends its time evenly.
+// Crumbling blotches: several octaves of noise, each grey level used equally
+// often (values replaced by their rank) so the transition moves evenly.
 QImage makeMask() {
     constexpr int kSize = 512;
-    std::vector<double> values(kSize * kSize);
-    double lo = 1e9;
-    double hi = -1e9;
+    std::vector<std::pair<double, int>> values(kSize * kSize);
     for (int y = 0; y < kSize; ++y) {
         for (int x = 0; x < kSize; ++x) {
             double v = 0.0;
@@ -74,18 +74,14 @@ QImage makeMask() {
                 amplitude *= 0.5;
                 frequency *= 2.0;
             }
-            values[static_cast<size_t>(y * kSize + x)] = v;
-            lo = std::min(lo, v);
-            hi = std::max(hi, v);
+            values[static_cast<size_t>(y * kSize + x)] = {v, y * kSize + x};
         }
     }
+    std::sort(values.begin(), values.end());
     QImage image(kSize, kSize, QImage::Format_Grayscale8);
-    for (int y = 0; y < kSize; ++y) {
-        uchar* line = image.scanLine(y);
-        for (int x = 0; x < kSize; ++x) {
-            const double v = (values[static_cast<size_t>(y * kSize + x)] - lo) / (hi - lo);
-            line[x] = static_cast<uchar>(std::clamp(qRound(v * 255.0), 0, 255));
-        }
+    for (size_t rank = 0; rank < values.size(); ++rank) {
+        const int at = values[rank].second;
+        image.scanLine(at / kSize)[at % kSize] = static_cast<uchar>(rank * 256 / values.size());
     }
     return image;
 }
