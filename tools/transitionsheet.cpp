@@ -1,5 +1,6 @@
 // Renders every preview transition between two photos at progress 0, 0.25,
-// 0.5, 0.75 and 1, one PNG strip per style, for looking at them side by side.
+// 0.5, 0.75 and 1, one PNG strip per style, for looking at them side by side,
+// and the thumbnails' pointillize effect.
 // Usage: transitionsheet [photoA photoB] [output folder]
 #include <QApplication>
 #include <QDir>
@@ -9,6 +10,7 @@
 #include <algorithm>
 #include <functional>
 
+#include "stamp/Pointillize.h"
 #include "stamp/SlideshowImageView.h"
 #include "stamp/SlideshowView.h"
 #include "stamp/Transitions.h"
@@ -97,5 +99,19 @@ int main(int argc, char** argv) {
         }
         QTextStream(stdout) << path << "\n";
     }
+    // The thumbnails' click effect, beside the photo it was made from.
+    const QImage thumb = from.scaled(300, 210, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    QImage pair(2 * thumb.width() + 8, thumb.height(), QImage::Format_RGB32);
+    pair.fill(QColor(60, 60, 60));
+    QPainter p(&pair);
+    p.drawImage(0, 0, thumb);
+    p.drawImage(thumb.width() + 8, 0, Pointillize::render(thumb, 4.0f));
+    p.end();
+    const QString path = QDir(outDir).filePath("pointillize.png");
+    if (!pair.save(path)) {
+        QTextStream(stderr) << "cannot write " << path << "\n";
+        return 1;
+    }
+    QTextStream(stdout) << path << "\n";
     return 0;
 }
