@@ -21,7 +21,8 @@ constexpr quint32 kBoundsDependentStyles = 0x7B0;  // styles 4, 5, 7, 8, 9, 10
 SlideshowView::SlideshowView(QWidget* parent) : QWidget(parent) {
     setAttribute(Qt::WA_OpaquePaintEvent);
     updateSubviewsTransition();
-    initPreviewResources();
+    static const bool registered = (initPreviewResources(), true);
+    Q_UNUSED(registered);
     inputShadingImage_ = loadResourceImage("restrictedshine", "tiff");
     inputMaskImage_ = loadResourceImage("transitionmask", "jpg");
 }
