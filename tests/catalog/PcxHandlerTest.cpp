@@ -6,6 +6,7 @@
 
 #include "CatalogFixtures.h"
 #include "TestRegistry.h"
+#include "catalog/ImageAsset.h"
 #include "catalog/PcxFormat.h"
 
 namespace {
@@ -115,6 +116,18 @@ class PcxHandlerTest : public QObject {
             QCOMPARE(reader.size(), QSize(40, 30));
             QCOMPARE(reader.read().convertToFormat(QImage::Format_RGB32), source);
         }
+    }
+
+    void catalogReadsPcx() {
+        QTemporaryDir dir;
+        const QString file = dir.filePath("SCAN.PCX");
+        QVERIFY(CatalogFixtures::writeBytes(
+            file, CatalogFixtures::encodePcx(rgbPattern(400, 100), 8, 3)));
+        ImageAsset asset(QUrl::fromLocalFile(file));
+        QCOMPARE(asset.pixelsWide(), 400);
+        QCOMPARE(asset.pixelsHigh(), 100);
+        QVERIFY(asset.loadPreviewImage());
+        QCOMPARE(asset.previewImage().size(), QSize(160, 40));
     }
 
     void runAcrossLineEnd() {
