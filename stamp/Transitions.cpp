@@ -240,7 +240,9 @@ QImage copyMachine(const Inputs& in, const QImage& from, const QImage& to, float
     const float barWidth = in.width > 0 ? in.width : 200.0f;
     constexpr float kColor[3] = {0.6f * 255, 1.0f * 255, 1.0f * 255};
     constexpr float kOpacity = 1.3f;
-    const auto [smin, smax] = projectedRange(f.extent, d);
+    // The bar crosses the whole frame even when the extent is smaller, so
+    // every frame ends on the new picture; the lamp lights only the extent.
+    const auto [smin, smax] = projectedRange(f.extent | QRectF(0, 0, f.w, f.h), d);
     const float lead = smin + t * (smax - smin + barWidth);
 
     // Lamp light and colour across the bar, from the leading edge (0) back.
@@ -527,7 +529,8 @@ QImage pageCurl(const Inputs& in, const QImage& from, const QImage& to, float t)
     const Frame f = frameFor(in, from.width(), from.height());
     const QPointF d = downDirection(in.angle);
     const float r = in.radius > 0 ? in.radius : 100.0f;
-    const auto [smin, smax] = projectedRange(f.extent, d);
+    // The fold travels over the page and any of the frame beyond it.
+    const auto [smin, smax] = projectedRange(f.extent | QRectF(0, 0, f.w, f.h), d);
     constexpr float kShadowReach = 0.35f;  // of the radius, beyond the roll
     const float fold = smax - t * (smax - smin + (1.0f + kShadowReach) * r);
     const auto profile = shadingProfile(in.shadingImage);
@@ -631,7 +634,8 @@ QImage ripple(const Inputs& in, const QImage& from, const QImage& to, float t) {
     const Frame f = frameFor(in, from.width(), from.height());
     const float waveWidth = in.width > 0 ? in.width : 100.0f;
     const float amplitude = in.scale > 0 ? in.scale : 50.0f;
-    const float far = farthestCorner(f.extent, f.center);
+    // Out past the extent and the frame alike, so the wave ends everywhere.
+    const float far = farthestCorner(f.extent | QRectF(0, 0, f.w, f.h), f.center);
     const float front = t * (far + waveWidth);
     const float back = front - waveWidth;
     const auto profile = shadingProfile(in.shadingImage);

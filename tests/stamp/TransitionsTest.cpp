@@ -92,6 +92,35 @@ class TransitionsTest : public QObject {
         }
     }
 
+    // Frames that do not match the settings: tiny, thin, or smaller than the
+    // bounds the transition was built for (a resize that rebuilt nothing).
+    void oddFramesStillRender_data() {
+        QTest::addColumn<int>("style");
+        QTest::addColumn<QSize>("size");
+        for (int style = 0; style <= 12; ++style) {
+            QTest::addRow("style %d 1x1", style) << style << QSize(1, 1);
+            QTest::addRow("style %d 7x3", style) << style << QSize(7, 3);
+            QTest::addRow("style %d 2x300", style) << style << QSize(2, 300);
+            QTest::addRow("style %d 700x500", style) << style << QSize(700, 500);
+        }
+    }
+    void oddFramesStillRender() {
+        QFETCH(int, style);
+        QFETCH(QSize, size);
+        const Transitions::Transition t = installed(style);
+        QImage from(size, QImage::Format_RGB32);
+        QImage to(size, QImage::Format_RGB32);
+        from.fill(Qt::darkRed);
+        to.fill(Qt::cyan);
+        for (double p : {0.0, 0.3, 0.6, 1.0}) {
+            const QImage out = Transitions::render(t, from, to, p);
+            QCOMPARE(out.size(), size);
+            if (p == 1.0) {
+                QVERIFY(maxDifference(out, to) <= 2);
+            }
+        }
+    }
+
     void stylesOutsideTheTablePlayTheRipple_data() {
         QTest::addColumn<int>("style");
         QTest::addColumn<Kind>("kind");
