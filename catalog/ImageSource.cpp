@@ -67,6 +67,9 @@ const ImageSource::Header& ImageSource::header() {
         if (!reader.canRead()) {
             return;
         }
+        // Asked before anything else: the TIFF reader miscounts (and complains
+        // on the console) once it has read a header.
+        const int count = std::min(reader.imageCount(), kMaxPages);
         QSize first = reader.size();
         if (!first.isValid()) {
             // A reader that cannot tell the size without decoding.
@@ -78,10 +81,6 @@ const ImageSource::Header& ImageSource::header() {
         header_.readable = true;
         header_.format = reader.format();
         header_.pages.append(first);
-        // Some readers count their pages only once they have jumped there, so
-        // walk until a jump fails.
-        const int count =
-            reader.imageCount() > 1 ? std::min(reader.imageCount(), kMaxPages) : kMaxPages;
         for (int i = 1; i < count; ++i) {
             if (!reader.jumpToImage(i)) {
                 break;
