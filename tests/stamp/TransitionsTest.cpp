@@ -121,22 +121,6 @@ class TransitionsTest : public QObject {
         }
     }
 
-    void stylesOutsideTheTablePlayTheRipple_data() {
-        QTest::addColumn<int>("style");
-        QTest::addColumn<Kind>("kind");
-        QTest::newRow("-1") << -1 << Kind::Ripple;
-        QTest::newRow("12") << 12 << Kind::Ripple;
-        QTest::newRow("10") << 10 << Kind::Ripple;
-        QTest::newRow("5") << 5 << Kind::DisintegrateWithMask;
-        QTest::newRow("11") << 11 << Kind::Swipe;
-        QTest::newRow("3") << 3 << Kind::Reveal;
-    }
-    void stylesOutsideTheTablePlayTheRipple() {
-        QFETCH(int, style);
-        QFETCH(Kind, kind);
-        QCOMPARE(Transitions::kindForStyle(style), kind);
-    }
-
     // Columns coded by colour show where each part of the slides comes from.
     void slidesComeFromTheLeft_data() {
         QTest::addColumn<Kind>("kind");
