@@ -4,6 +4,7 @@
 #include <QTest>
 #include <QThreadPool>
 #include <memory>
+#include <thread>
 #include <vector>
 
 #include "CatalogFixtures.h"
@@ -211,6 +212,41 @@ class ImageAssetTest : public QObject {
         QCOMPARE(asset.maxPagePixelSize(), QSize(30, 40));
         QCOMPARE(asset.lastPageDateTimeOriginal(), std::optional<QString>("2001:02:03 04:05:06"));
         QCOMPARE(asset.lastPageDateTimeDigitized(), std::nullopt);
+    }
+
+    void concurrentFirstUse() {
+        JpegOptions options;
+        options.size = QSize(640, 480);
+        options.dateTimeDigitized = "2010:01:02 03:04:05";
+        options.thumbnailSize = QSize(160, 120);
+        const QString file = path("shared.jpg");
+        QVERIFY(CatalogFixtures::writeJpeg(file, options));
+        ImageAsset asset(QUrl::fromLocalFile(file));
+        struct Seen {
+            qint64 width = 0;
+            std::optional<QString> digitized;
+            ImageSource* source = nullptr;
+            QSize thumbnail;
+        };
+        std::vector<Seen> seen(8);
+        std::vector<std::thread> threads;
+        for (Seen& s : seen) {
+            threads.emplace_back([&asset, &s] {
+                s.width = asset.pixelsWide();
+                s.digitized = asset.lastPageDateTimeDigitized();
+                s.source = asset.imageSource().get();
+                s.thumbnail = asset.imageSource()->thumbnail().size();
+            });
+        }
+        for (std::thread& t : threads) {
+            t.join();
+        }
+        for (const Seen& s : seen) {
+            QCOMPARE(s.width, 640);
+            QCOMPARE(s.digitized, std::optional<QString>("2010:01:02 03:04:05"));
+            QCOMPARE(s.source, seen.front().source);  // one source for every caller
+            QCOMPARE(s.thumbnail, QSize(160, 120));
+        }
     }
 
     void fileSizeReadAgainWhileZero() {
