@@ -202,6 +202,11 @@ class QNSDragViewTest : public QObject {
             f.setItalic(true);
             fonts << f;
         }
+        // Hinting snaps glyphs to the pixel grid, the likeliest spoiler of
+        // sizes that grow with the font.
+        QFont hinted("DejaVu Sans");
+        hinted.setHintingPreference(QFont::PreferFullHinting);
+        fonts << hinted;
         QRandomGenerator rng(7);
         int checked = 0;
         for (const QFont& font : fonts) {
@@ -216,18 +221,31 @@ class QNSDragViewTest : public QObject {
                 }
             }
         }
-        QCOMPARE(checked, 384);
+        QCOMPARE(checked, 480);
     }
 
     // The fast search relies on measured sizes that never shrink as the font grows.
-    void measuredSizeGrowsWithFontSize() {
+    void measuredSizeGrowsWithFontSize_data() {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("hinting");
         for (const QString& text : {QString("2024:03:05 13:45"), QString("l"), QString("WWW")}) {
-            QSizeF last = QNSDragView::measure(text, QFont("DejaVu Sans"), 2);
-            for (int s = 3; s <= 300; ++s) {
-                const QSizeF m = QNSDragView::measure(text, QFont("DejaVu Sans"), s);
-                QVERIFY(m.width() >= last.width() && m.height() >= last.height());
-                last = m;
-            }
+            QTest::addRow("%s, default hinting", qPrintable(text))
+                << text << int(QFont::PreferDefaultHinting);
+            QTest::addRow("%s, full hinting", qPrintable(text))
+                << text << int(QFont::PreferFullHinting);
+        }
+    }
+    void measuredSizeGrowsWithFontSize() {
+        QFETCH(QString, text);
+        QFETCH(int, hinting);
+        QFont font("DejaVu Sans");
+        font.setHintingPreference(QFont::HintingPreference(hinting));
+        QSizeF last = QNSDragView::measure(text, font, 2);
+        for (int s = 3; s <= 300; ++s) {
+            const QSizeF m = QNSDragView::measure(text, font, s);
+            QVERIFY2(m.width() >= last.width() && m.height() >= last.height(),
+                     qPrintable(QString("at size %1").arg(s)));
+            last = m;
         }
     }
 
