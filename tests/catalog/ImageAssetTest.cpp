@@ -87,6 +87,25 @@ class ImageAssetTest : public QObject {
         QVERIFY(asset.includedInSlideshow());
     }
 
+    void jpegCutInItsImageData() {
+        // The header is whole, so the size is known; the preview shows what
+        // arrived, as the decoder fills the rest.
+        JpegOptions options;
+        options.size = QSize(640, 480);
+        const QString scratch = path("whole.jpg");
+        QVERIFY(CatalogFixtures::writeJpeg(scratch, options));
+        QFile file(scratch);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray bytes = file.readAll();
+        QVERIFY(
+            CatalogFixtures::writeBytes(path("cut-data.jpg"), bytes.left(bytes.size() * 2 / 3)));
+        ImageAsset asset(QUrl::fromLocalFile(path("cut-data.jpg")));
+        QVERIFY(asset.createImageSource());
+        QCOMPARE(asset.pixelsWide(), 640);
+        asset.loadPreviewImage();
+        QVERIFY(asset.previewImage().width() <= 160);
+    }
+
     void awkwardNames_data() {
         QTest::addColumn<QString>("name");
         QTest::newRow("spaces") << "holiday at the sea 01.jpg";
