@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QImageReader>
 #include <QPointer>
+#include <QThread>
 #include <QThreadPool>
 #include <atomic>
 
@@ -12,6 +13,8 @@
 namespace {
 
 std::atomic_bool previewPoolClosed{false};
+// Counts pool shutdowns: a request made before one may never have run.
+std::atomic<quint64> poolGeneration{0};
 QThreadPool* thePool = nullptr;
 std::mutex poolMutex;
 
@@ -116,7 +119,8 @@ void ImageAsset::deliverPreview(QPointer<ImageAsset> asset, const QImage& image)
 }
 
 void ImageAsset::requestPreviewImage() {
-    if (!previewImage().isNull() || previewInFlight_ || previewPoolClosed.load()) {
+    const bool inFlight = previewInFlight_ && inFlightGeneration_ == poolGeneration.load();
+    if (!previewImage().isNull() || inFlight || previewPoolClosed.load()) {
         return;
     }
     QThreadPool* pool = previewPool();
@@ -124,6 +128,7 @@ void ImageAsset::requestPreviewImage() {
         return;
     }
     previewInFlight_ = true;
+    inFlightGeneration_ = poolGeneration.load();
     createImageSource();
     const std::shared_ptr<ImageSource> source = imageSource_;
     const std::shared_ptr<std::atomic_bool> alive = alive_;
@@ -153,6 +158,7 @@ void ImageAsset::shutDownPreviewPool(bool reopen) {
     {
         std::lock_guard lock(poolMutex);
         previewPoolClosed.store(true);
+        ++poolGeneration;
         pool = std::exchange(thePool, nullptr);
     }
     if (pool != nullptr) {

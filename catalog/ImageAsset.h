@@ -60,5 +60,7 @@ class ImageAsset : public Asset {
     std::shared_ptr<ImageSource> imageSource_;
     // Cleared when the asset goes away so queued preview work can be skipped.
     std::shared_ptr<std::atomic_bool> alive_ = std::make_shared<std::atomic_bool>(true);
+    // Set while a preview request waits in the pool (main thread only).
     bool previewInFlight_ = false;
+    quint64 inFlightGeneration_ = 0;
 };

@@ -318,6 +318,27 @@ class ImageAssetTest : public QObject {
         QTest::qWait(50);  // deliver whatever was queued for the gone assets
         QCOMPARE(changed.count(), 1);
     }
+
+    void requestAfterPoolShutdown() {
+        JpegOptions options;
+        options.size = QSize(320, 240);
+        QVERIFY(CatalogFixtures::writeJpeg(path("late.jpg"), options));
+        ImageAsset asset(QUrl::fromLocalFile(path("late.jpg")));
+        QSignalSpy changed(&asset, &Asset::previewImageChanged);
+        // Keep every worker busy so that the request stays queued.
+        QThreadPool* pool = ImageAsset::previewPool();
+        for (int i = 0; i < pool->maxThreadCount(); ++i) {
+            pool->start([] { QThread::msleep(100); });
+        }
+        asset.requestPreviewImage();
+        // Dropping the queued work must not leave the asset waiting forever.
+        ImageAsset::shutDownPreviewPool(true);
+        QTest::qWait(50);
+        QVERIFY(changed.isEmpty());
+        asset.requestPreviewImage();
+        QVERIFY(changed.wait(5000));
+        QCOMPARE(asset.previewImage().size(), QSize(160, 120));
+    }
 };
 
 SW_TEST_CLASS(ImageAssetTest)
