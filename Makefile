@@ -35,7 +35,7 @@ build: deps $(BUILD_DIR)/CMakeCache.txt
 	cmake --build $(BUILD_DIR) -j $(JOBS)
 
 run: build
-	./$(BUILD_DIR)/stampwise $(wildcard $(BUILD_DIR)/samples)
+	./$(BUILD_DIR)/stampwise $(BUILD_DIR)/samples
 
 test: build
 	cd $(BUILD_DIR) && QT_QPA_PLATFORM=offscreen ctest --output-on-failure -j $(JOBS)
