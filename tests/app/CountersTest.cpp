@@ -119,16 +119,6 @@ class CountersTest : public QObject {
         QVERIFY(!d.isLoadDirectory());
         QCOMPARE(app.control<QLabel>(36005)->text(), QStringLiteral("6"));
     }
-
-    void emptyScanLeavesNoPhotosState() {
-        AppFixture app;
-        StampwiseAppDelegate& d = app.start();
-        NotificationCenter::defaultCenter().post(NotificationNames::kGotFileAmount,
-                                                 QStringLiteral("0"));
-        QCOMPARE(d.totalAmount(), 0);
-        QCOMPARE(app.control<QLabel>(36005)->text(), QStringLiteral("0"));
-        QVERIFY(!app.window->ui().actionStamp->isEnabled());
-    }
 };
 SW_TEST_CLASS(CountersTest)
 
