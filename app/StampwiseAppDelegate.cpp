@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QCoreApplication>
+#include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -23,11 +24,13 @@
 #include "app/WindowPlacement.h"
 #include "browser/AssetCollectionView.h"
 #include "platform/AlertPanel.h"
+#include "platform/ButtonTitles.h"
 #include "platform/ControlTag.h"
 #include "platform/MainThread.h"
 #include "platform/NotificationCenter.h"
 #include "platform/NotificationNames.h"
 #include "platform/OpenPanel.h"
+#include "platform/OpenPanelRequest.h"
 #include "platform/RadioMatrix.h"
 #include "stamp/QNSDragView.h"
 #include "stamp/SlideshowView.h"
@@ -40,6 +43,7 @@ constexpr qint64 kTypeButton = 31007;
 constexpr qint64 kLabelTextField = 36007;
 constexpr qint64 kTotalAmountField = 36005;
 constexpr qint64 kSelectedAmountField = 36006;
+constexpr qint64 kOutputFolderField = 35001;
 constexpr qint64 kFirstPresetButton = 31080;
 constexpr qint64 kLastPresetButton = 31084;
 
@@ -47,6 +51,12 @@ constexpr const char* kQuitTitle = "Quit Stampwise";
 constexpr const char* kQuitMessage = "Are you sure to quit Stampwise?";
 constexpr const char* kReminderTitle = "Reminder";
 constexpr const char* kClearAllMessage = "Are you sure to clear all images?";
+
+constexpr const char* kCantLoadFile = "Can't load file";
+constexpr const char* kCantBrowsePath = "Can't browse path";
+constexpr const char* kNotADirectory = "Path exists but isn't a directory (%1)";
+constexpr const char* kPathDoesNotExist = "Path doesn't exist (%1)";
+constexpr const char* kDefaultSortKey = "filename";
 
 constexpr const char* kAboutWindow = "About";
 constexpr const char* kSafetyWindow = "Safety";
@@ -197,6 +207,9 @@ bool StampwiseAppDelegate::windowShouldClose(QWidget* /*window*/) {
 
 void StampwiseAppDelegate::closeApp() {
     emit applicationWillTerminate();
+    if (assetCollection_) {
+        assetCollection_->stopScan();
+    }
     // exit() leaves the event loop without sending the windows another close request.
     QCoreApplication::exit(0);
 }
@@ -387,6 +400,15 @@ void StampwiseAppDelegate::chooseDateSource() {
 
 void StampwiseAppDelegate::dispatchMenuItem(qint64 tag) {
     switch (tag) {
+        case 32504:
+            openBrowserWindowDirectory();
+            break;
+        case 32505:
+            openBrowserWindowFile();
+            break;
+        case 32509:
+            removeTickedAndUpdateState();
+            break;
         case 32500:
             openSecondaryWindow(QLatin1String(kAboutWindow));
             break;
@@ -411,6 +433,15 @@ void StampwiseAppDelegate::dispatchMenuItem(qint64 tag) {
 
 void StampwiseAppDelegate::dispatchToolbarItem(qint64 tag) {
     switch (tag) {
+        case 30008:
+            openBrowserWindowFile();
+            break;
+        case 30108:
+            openBrowserWindowDirectory();
+            break;
+        case 30023:
+            removeTickedAndUpdateState();
+            break;
         case 30024:
             confirmClearAll();
             break;
@@ -433,6 +464,9 @@ void StampwiseAppDelegate::dispatchButton(qint64 tag, QObject* sender) {
     switch (tag) {
         case 31002:
             openSecondaryWindow(QLatin1String(kSafetyWindow));
+            break;
+        case 31010:
+            openSaveWindow();
             break;
         case 31034:
             if (aQNSDragView_) {
@@ -577,6 +611,118 @@ void StampwiseAppDelegate::setAssetCollection(std::unique_ptr<AssetCollection> c
     assetCollection_ = std::move(collection);
 }
 
+void StampwiseAppDelegate::openBrowserWindowFile() {
+    const std::optional<QStringList> chosen = openPanel_.run({true, false, true});
+    if (chosen) {
+        openFile(*chosen);
+    }
+}
+
+void StampwiseAppDelegate::openBrowserWindowDirectory() {
+    const std::optional<QStringList> chosen = openPanel_.run({false, true, false});
+    if (!chosen || chosen->isEmpty()) {
+        return;
+    }
+    isLoadDirectory_ = true;
+    openDirectory(chosen->first());
+}
+
+bool StampwiseAppDelegate::openFile(QStringList paths) {
+    for (qsizetype i = paths.size() - 1; i >= 0; --i) {
+        const QFileInfo info(paths.at(i));
+        if (!info.exists() || info.isDir()) {
+            paths.removeAt(i);
+        }
+    }
+    if (paths.isEmpty()) {
+        alerts_.inform(QString(), QLatin1String(kCantLoadFile), QLatin1String(ButtonTitles::kOK));
+        return false;
+    }
+    newInitAssetWindowFiles(paths);
+    return true;
+}
+
+bool StampwiseAppDelegate::openDirectory(const QString& path) {
+    const QFileInfo info(path);
+    if (info.exists() && info.isDir()) {
+        newInitAssetWindow(path);
+        return true;
+    }
+    const QString why =
+        QString::fromLatin1(info.exists() ? kNotADirectory : kPathDoesNotExist).arg(path);
+    alerts_.inform(QString(), QLatin1String(kCantBrowsePath), QLatin1String(ButtonTitles::kOK),
+                   why);
+    return false;
+}
+
+AssetCollection& StampwiseAppDelegate::catalogFor(const QUrl& rootURL) {
+    sortKey_ = QLatin1String(kDefaultSortKey);
+    sortsAscending_ = true;
+    if (!assetCollection_) {
+        assetCollection_ = std::make_unique<AssetCollection>(rootURL);
+    }
+    return *assetCollection_;
+}
+
+void StampwiseAppDelegate::newInitAssetWindowFiles(const QStringList& paths) {
+    AssetCollection& catalog = catalogFor(QUrl::fromLocalFile(QString()));
+    catalog.setFilesArray(paths);
+    catalog.setIsFile(true);
+    catalog.startRefresh();
+}
+
+void StampwiseAppDelegate::newInitAssetWindow(const QString& folder) {
+    AssetCollection& catalog = catalogFor(QUrl::fromLocalFile(folder));
+    catalog.setRootURL(QUrl::fromLocalFile(folder));
+    catalog.setIsFile(false);
+    catalog.startRefresh();
+}
+
+void StampwiseAppDelegate::openSaveWindow() {
+    const std::optional<QStringList> chosen = openPanel_.run({false, true, false});
+    if (chosen && !chosen->isEmpty()) {
+        setControlText(kOutputFolderField, chosen->first());
+    }
+}
+
+void StampwiseAppDelegate::refresh() {
+    if (assetCollection_) {
+        assetCollection_->startRefresh();
+    }
+}
+
+void StampwiseAppDelegate::removeSelectedImage() {
+    bool shownPhotoRemoved = false;
+    if (assetCollection_) {
+        QList<AssetPtr>& assets = assetCollection_->assets();
+        for (qsizetype i = assets.size() - 1; i >= 0; --i) {
+            if (!assets.at(i)->includedInSlideshow()) {
+                continue;
+            }
+            shownPhotoRemoved =
+                shownPhotoRemoved || assets.at(i)->fullFilename() == selectImageFile_;
+            assets.removeAt(i);
+        }
+    }
+    redrawAmountInfo();
+    if (shownPhotoRemoved) {
+        if (slideshowView_) {
+            slideshowView_->clearImage();
+        }
+        if (aQNSDragView_) {
+            aQNSDragView_->hide();
+        }
+        hasImage_ = false;
+    }
+}
+
+void StampwiseAppDelegate::removeTickedAndUpdateState() {
+    removeSelectedImage();
+    if (!assetCollection_ || assetCollection_->assets().isEmpty()) {
+        setToolbarStatus(false);
+    }
+}
+
 void StampwiseAppDelegate::removeAllImage() {
     if (assetCollection_) {
         QList<AssetPtr>& assets = assetCollection_->assets();
@@ -588,6 +734,9 @@ void StampwiseAppDelegate::removeAllImage() {
         assetCollectionView_->setGeometry(QRect(QPoint(0, 0), aNSScrollView_->size()));
     }
     redrawAmountInfo();
+    if (slideshowView_) {
+        slideshowView_->clearImage();
+    }
     if (aQNSDragView_) {
         aQNSDragView_->hide();
     }

@@ -60,6 +60,15 @@ class StampwiseAppDelegate : public QObject {
     void redrawAmountInfo();
 
     // Catalog commands reached from the dispatch.
+    void openBrowserWindowFile();
+    void openBrowserWindowDirectory();
+    bool openFile(QStringList paths);
+    bool openDirectory(const QString& path);
+    void newInitAssetWindowFiles(const QStringList& paths);
+    void newInitAssetWindow(const QString& folder);
+    void refresh();
+    void openSaveWindow();
+    void removeSelectedImage();
     void removeAllImage();
     void selectAllImage();
     void deSelectAllImage();
@@ -74,6 +83,8 @@ class StampwiseAppDelegate : public QObject {
     qint64 isFirstTime() const { return isFirstTime_; }
     void setIsFirstTime(qint64 value) { isFirstTime_ = value; }
     QString selectImageFile() const { return selectImageFile_; }
+    QString sortKey() const { return sortKey_; }
+    bool sortsAscending() const { return sortsAscending_; }
     std::optional<QDateTime> aDate() const { return aDate_; }
     QColor aColor() const { return aColor_; }
     void setAColor(const QColor& color) { aColor_ = color; }
@@ -116,6 +127,8 @@ class StampwiseAppDelegate : public QObject {
     void chooseDateSource();
     void pressPresetButton(qint64 tag);
     void confirmClearAll();
+    void removeTickedAndUpdateState();
+    AssetCollection& catalogFor(const QUrl& rootURL);
     void openSecondaryWindow(const QString& name);
     void setEnabled(QObject* control, bool enabled);
     void setControlText(qint64 tag, const QString& text);

@@ -1,0 +1,144 @@
+#include <QAbstractButton>
+#include <QDir>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include "AppFixture.h"
+#include "TestRegistry.h"
+#include "ui_MainWindow.h"
+
+namespace {
+void touch(const QString& path) {
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+}
+}  // namespace
+
+class ImportTest : public QObject {
+    Q_OBJECT
+  private slots:
+    // Missing paths and folders are dropped silently; nothing left is an error.
+    void openFileChecks_data() {
+        QTest::addColumn<QStringList>("names");
+        QTest::addColumn<int>("expectedPhotos");
+        QTest::newRow("one of three deleted") << QStringList{"a.jpg", "gone.jpg", "c.png"} << 2;
+        QTest::newRow("only a folder") << QStringList{"sub"} << 0;
+        QTest::newRow("nothing exists") << QStringList{"gone.jpg"} << 0;
+        QTest::newRow("wrong extension skipped by the scan")
+            << QStringList{"a.jpg", "notes.txt"} << 1;
+    }
+    void openFileChecks() {
+        QFETCH(QStringList, names);
+        QFETCH(int, expectedPhotos);
+        QTemporaryDir dir;
+        touch(dir.filePath("a.jpg"));
+        touch(dir.filePath("c.png"));
+        touch(dir.filePath("notes.txt"));
+        QDir(dir.path()).mkdir("sub");
+        QStringList paths;
+        for (const QString& name : names) {
+            paths << dir.filePath(name);
+        }
+        AppFixture app;
+        StampwiseAppDelegate& d = app.start();
+        app.openPanel.answerNext(paths);
+        app.window->ui().actionAddFiles->trigger();
+        QCOMPARE(app.openPanel.requests.size(), 1);
+        QVERIFY(app.openPanel.requests[0].canChooseFiles &&
+                app.openPanel.requests[0].allowsMultipleSelection);
+        if (expectedPhotos == 0) {
+            QCOMPARE(app.alerts.shown.size(), 1);
+            QCOMPARE(app.alerts.shown[0].message, QStringLiteral("Can't load file"));
+            QCOMPARE(app.alerts.shown[0].buttons, QStringList{"OK"});
+            QVERIFY(d.assetCollection() == nullptr);
+            return;
+        }
+        QTRY_COMPARE(d.totalAmount(), qint64(expectedPhotos));
+        QVERIFY(app.alerts.shown.isEmpty());
+        QCOMPARE(app.control<QLabel>(36005)->text(), QString::number(expectedPhotos));
+        QVERIFY(app.window->ui().actionStamp->isEnabled());
+        QCOMPARE(d.sortKey(), QStringLiteral("filename"));
+    }
+
+    void openDirectoryChecks_data() {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("informative");
+        QTest::newRow("folder") << "photos"
+                                << "";
+        QTest::newRow("a file") << "photos/a.jpg"
+                                << "Path exists but isn't a directory (%1)";
+        QTest::newRow("missing") << "nowhere"
+                                 << "Path doesn't exist (%1)";
+    }
+    void openDirectoryChecks() {
+        QFETCH(QString, name);
+        QFETCH(QString, informative);
+        QTemporaryDir dir;
+        QDir(dir.path()).mkdir("photos");
+        touch(dir.filePath("photos/a.jpg"));
+        touch(dir.filePath("photos/b.JPG"));
+        AppFixture app;
+        StampwiseAppDelegate& d = app.start();
+        app.openPanel.answerNext({dir.filePath(name)});
+        app.window->ui().actionAddFolderMenu->trigger();
+        QVERIFY(app.openPanel.requests[0].canChooseDirectories &&
+                !app.openPanel.requests[0].canChooseFiles);
+        if (informative.isEmpty()) {
+            QTRY_COMPARE(d.totalAmount(), qint64(2));
+            QVERIFY(!d.isLoadDirectory());
+            return;
+        }
+        QCOMPARE(app.alerts.shown.size(), 1);
+        QCOMPARE(app.alerts.shown[0].message, QStringLiteral("Can't browse path"));
+        QCOMPARE(app.alerts.shown[0].informativeText, informative.arg(dir.filePath(name)));
+        QVERIFY(d.isLoadDirectory());
+    }
+
+    void cancelledPanelsChangeNothing() {
+        AppFixture app;
+        StampwiseAppDelegate& d = app.start();
+        app.openPanel.cancelNext();
+        app.window->ui().actionAddFolder->trigger();
+        QVERIFY(!d.isLoadDirectory());
+        QVERIFY(d.assetCollection() == nullptr);
+        QVERIFY(app.alerts.shown.isEmpty());
+        // The output folder chooser fills its field only when confirmed.
+        d.setToolbarStatus(true);
+        auto* output = app.control<QLineEdit>(35001);
+        output->setText("/kept");
+        app.openPanel.cancelNext();
+        app.control<QAbstractButton>(31010)->click();
+        QCOMPARE(output->text(), QStringLiteral("/kept"));
+        app.openPanel.answerNext({"/chosen/folder"});
+        app.control<QAbstractButton>(31010)->click();
+        QCOMPARE(output->text(), QStringLiteral("/chosen/folder"));
+    }
+
+    void removingTheLastTickedPhotosEmptiesTheState() {
+        QTemporaryDir dir;
+        for (const char* name : {"a.jpg", "b.jpg", "c.jpg"}) {
+            touch(dir.filePath(name));
+        }
+        AppFixture app;
+        StampwiseAppDelegate& d = app.start();
+        QVERIFY(d.openFile({dir.filePath("a.jpg"), dir.filePath("b.jpg"), dir.filePath("c.jpg")}));
+        QTRY_COMPARE(d.totalAmount(), qint64(3));
+        d.assetCollection()->assets().at(1)->setIncludedInSlideshow(false);
+        d.setHasImage(true);
+        app.window->ui().actionRemoveTicked->trigger();
+        QCOMPARE(d.totalAmount(), qint64(1));
+        QCOMPARE(d.assetCollection()->assets().at(0)->filename(), QStringLiteral("b.jpg"));
+        QVERIFY(d.hasImage());
+        d.assetCollection()->assets().at(0)->setIncludedInSlideshow(true);
+        app.window->ui().actionRemoveTickedMenu->trigger();
+        QCOMPARE(d.totalAmount(), qint64(0));
+        QVERIFY(!app.window->ui().actionStamp->isEnabled());
+        QVERIFY(app.window->ui().actionAddFiles->isEnabled());
+    }
+};
+SW_TEST_CLASS(ImportTest)
+
+#include "ImportTest.moc"
