@@ -185,8 +185,6 @@ void StampwiseAppDelegate::applicationDidFinishLaunching() {
 void StampwiseAppDelegate::registerObservers() {
     NotificationCenter& center = NotificationCenter::defaultCenter();
     center.removeObserver(this);
-    center.addObserver(this, NotificationNames::kSelectImageMouseDown,
-                       [this](const Notification& n) { processSelectImageMouseDown(n); });
     center.addObserver(this, NotificationNames::kSelectImageHighlight,
                        [this](const Notification& n) { processSelectImageHighlight(n); });
     center.addObserver(this, NotificationNames::kMoveDateTime,
@@ -234,8 +232,6 @@ void StampwiseAppDelegate::setWindowToCenter(QWidget* window) {
 }
 
 // ---- notifications
-
-void StampwiseAppDelegate::processSelectImageMouseDown(const Notification& /*notification*/) {}
 
 void StampwiseAppDelegate::processSelectImageHighlight(const Notification& /*notification*/) {
     if (!aQNSDragView_) {

@@ -42,7 +42,6 @@ class StampwiseAppDelegate : public QObject {
     void closeApp();
     void setWindowToCenter(QWidget* window);
 
-    void processSelectImageMouseDown(const Notification& notification);
     void processSelectImageHighlight(const Notification& notification);
     void processMoveDateTime(const Notification& notification);
     void processGotFileAmount(const Notification& notification);
