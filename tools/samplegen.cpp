@@ -5,18 +5,16 @@
 //
 //   samplegen --out DIR [--count N] [--size WxH] [--dpi N] [--no-thumbnail]
 //             [--prefix NAME] [--first N]
-#include <QBuffer>
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
-#include <QFile>
 #include <QImage>
-#include <QImageWriter>
 #include <QRandomGenerator>
 #include <cmath>
 #include <cstdio>
-#include <exiv2/exiv2.hpp>
+
+#include "tools/ExifJpegWriter.h"
 
 namespace {
 
@@ -62,41 +60,6 @@ QImage makePhoto(QSize size, quint32 seed) {
     return image;
 }
 
-QByteArray encodeJpeg(const QImage& image, int quality) {
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    QImageWriter writer(&buffer, "jpeg");
-    writer.setQuality(quality);
-    writer.write(image);
-    return bytes;
-}
-
-bool addMetadata(const QString& path, const QString& date, int dpi, const QByteArray& thumbnail) {
-    try {
-        auto image = Exiv2::ImageFactory::open(QFile::encodeName(path).toStdString());
-        image->readMetadata();
-        Exiv2::ExifData& exif = image->exifData();
-        exif["Exif.Image.Make"] = "Stampwise";
-        exif["Exif.Image.Model"] = "Sample Generator";
-        exif["Exif.Image.XResolution"] = Exiv2::URational(dpi, 1);
-        exif["Exif.Image.YResolution"] = Exiv2::URational(dpi, 1);
-        exif["Exif.Image.ResolutionUnit"] = uint16_t(2);
-        exif["Exif.Photo.DateTimeOriginal"] = date.toStdString();
-        exif["Exif.Photo.DateTimeDigitized"] = date.toStdString();
-        if (!thumbnail.isEmpty()) {
-            Exiv2::ExifThumb(exif).setJpegThumbnail(
-                reinterpret_cast<const Exiv2::byte*>(thumbnail.constData()),
-                long(thumbnail.size()));
-        }
-        image->writeMetadata();
-        return true;
-    } catch (const std::exception& e) {
-        std::fprintf(stderr, "samplegen: %s: %s\n", qPrintable(path), e.what());
-        return false;
-    }
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -129,32 +92,27 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "samplegen: cannot create %s\n", qPrintable(out));
         return 1;
     }
-    Exiv2::LogMsg::setLevel(Exiv2::LogMsg::mute);
     const QDateTime start(QDate(2014, 3, 5), QTime(13, 34, 56));
     for (int i = 0; i < count; ++i) {
         const int number = first + i;
-        QImage photo = makePhoto(QSize(width, height), quint32(number));
-        const int dotsPerMeter = qRound(dpi / 0.0254);
-        photo.setDotsPerMeterX(dotsPerMeter);
-        photo.setDotsPerMeterY(dotsPerMeter);
+        const QImage photo = makePhoto(QSize(width, height), quint32(number));
         const QString path = QDir(out).filePath(QStringLiteral("%1%2.JPG")
                                                     .arg(parser.value(prefixOption))
                                                     .arg(number, 4, 10, QChar('0')));
-        QFile file(path);
-        if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) ||
-            file.write(encodeJpeg(photo, 90)) < 0) {
-            std::fprintf(stderr, "samplegen: cannot write %s\n", qPrintable(path));
-            return 1;
-        }
-        file.close();
-        QByteArray thumbnail;
-        if (!parser.isSet(noThumbOption)) {
-            thumbnail = encodeJpeg(
-                photo.scaled(160, 160, Qt::KeepAspectRatio, Qt::SmoothTransformation), 80);
-        }
-        const QString date =
+        ExifJpegWriter::Fields fields;
+        fields.make = "Stampwise";
+        fields.model = "Sample Generator";
+        fields.dpi = dpi;
+        fields.dateTimeOriginal =
             start.addSecs(qint64(i) * 3 * 3600 + i * 61).toString("yyyy:MM:dd HH:mm:ss");
-        if (!addMetadata(path, date, dpi, thumbnail)) {
+        fields.dateTimeDigitized = fields.dateTimeOriginal;
+        if (!parser.isSet(noThumbOption)) {
+            fields.thumbnail =
+                photo.scaled(160, 160, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+        }
+        QString error;
+        if (!ExifJpegWriter::write(path, photo, fields, 90, &error)) {
+            std::fprintf(stderr, "samplegen: %s\n", qPrintable(error));
             return 1;
         }
     }

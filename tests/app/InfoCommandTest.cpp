@@ -12,20 +12,14 @@
 
 namespace {
 
-struct Run {
-    int status = 0;
-    QString out;
-    QString err;
-};
-
-Run runInfo(const QStringList& arguments) {
-    Run run;
-    QTextStream out(&run.out);
-    QTextStream err(&run.err);
-    run.status = InfoCommand(out, err).run(arguments);
-    out.flush();
-    err.flush();
-    return run;
+// The command's exit status, standard output and standard error.
+std::tuple<int, QString, QString> runInfo(const QStringList& arguments) {
+    QString out, err;
+    QTextStream outStream(&out), errStream(&err);
+    const int status = InfoCommand(outStream, errStream).run(arguments);
+    outStream.flush();
+    errStream.flush();
+    return {status, out, err};
 }
 
 }  // namespace
@@ -38,24 +32,18 @@ class InfoCommandTest : public QObject {
 
   private slots:
     void initTestCase() {
-        const QString photos = TestRegistry::photosDir();
-        pentax_ = QDir(photos).filePath("cameras/Pentax_K10D.jpg");
+        pentax_ = QDir(TestRegistry::photosDir()).filePath("cameras/Pentax_K10D.jpg");
         QDir(dir_.path()).mkdir("folder");
-        if (QFileInfo::exists(pentax_)) {
-            QVERIFY(QFile::copy(pentax_, dir_.filePath("folder/pentax.jpg")));
-        }
         for (const char* name : {"folder/broken.png", "folder/mixed.Jpg", "folder/notes.txt"}) {
             QFile file(dir_.filePath(name));
-            QVERIFY(file.open(QIODevice::WriteOnly));
-            file.write("not an image\n");
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.write("not an image\n") > 0);
         }
     }
 
     void usage_data() {
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<int>("status");
-        QTest::newRow("no path") << QStringList{} << 2;
-        QTest::newRow("only options") << QStringList{"--json"} << 2;
+        QTest::newRow("no path") << QStringList{"--json"} << 2;
         QTest::newRow("date type out of range") << QStringList{"--date-type", "4", "x.jpg"} << 2;
         QTest::newRow("time type not a number") << QStringList{"--time-type", "one", "x.jpg"} << 2;
         QTest::newRow("unknown option") << QStringList{"--size", "x.jpg"} << 2;
@@ -65,27 +53,25 @@ class InfoCommandTest : public QObject {
     void usage() {
         QFETCH(QStringList, arguments);
         QFETCH(int, status);
-        const Run run = runInfo(arguments);
-        QCOMPARE(run.status, status);
-        QCOMPARE(run.err.contains("Usage") || run.err.contains("takes"), status != 0);
+        const auto [exitStatus, out, err] = runInfo(arguments);
+        QCOMPARE(exitStatus, status);
+        QCOMPARE(err.contains("Usage") || err.contains("takes"), status != 0);
     }
 
     void folderAsJson() {
         if (!QFileInfo::exists(pentax_)) {
             QSKIP("no camera photos beside the repository");
         }
-        const Run run =
+        QVERIFY(QFile::copy(pentax_, dir_.filePath("folder/pentax.jpg")));
+        const auto [status, out, err] =
             runInfo({"--json", "--date-type", "1", "--time-type", "1", dir_.filePath("folder")});
-        QCOMPARE(run.status, 0);
-        const QJsonArray records = QJsonDocument::fromJson(run.out.toUtf8()).array();
-        // mixed.Jpg is listed but its extension is not an exact image type; notes.txt is not
-        // listed.
+        QCOMPARE(status, 0);
+        // mixed.Jpg is listed, but its extension is not an image type as written.
+        const QJsonArray records = QJsonDocument::fromJson(out.toUtf8()).array();
         QCOMPARE(records.size(), 2);
-        QJsonObject photo, broken;
-        for (const QJsonValue& value : records) {
-            const QJsonObject record = value.toObject();
-            (record["path"].toString().endsWith("pentax.jpg") ? photo : broken) = record;
-        }
+        const bool pentaxFirst = records[0]["path"].toString().endsWith("pentax.jpg");
+        const QJsonObject photo = records[pentaxFirst ? 0 : 1].toObject();
+        const QJsonObject broken = records[pentaxFirst ? 1 : 0].toObject();
         QCOMPARE(photo["readable"].toBool(), true);
         QCOMPARE(photo["pixelWidth"].toInt(), 100);
         QCOMPARE(photo["dpi"].toDouble(), 350.0);
@@ -106,12 +92,12 @@ class InfoCommandTest : public QObject {
         settings.setValue("gDateType", "2");
         settings.setValue("gTimeType", "2");
         settings.sync();
-        const Run run = runInfo({pentax_});
+        const auto [status, out, err] = runInfo({pentax_});
         settings.remove("gDateType");
         settings.remove("gTimeType");
-        QCOMPARE(run.status, 0);
-        QCOMPARE(run.out.count('\n'), 1);
-        QVERIFY2(run.out.contains("dateText=\"05/04/2008 04:47:24 PM\""), qPrintable(run.out));
+        QCOMPARE(status, 0);
+        QCOMPARE(out.count('\n'), 1);
+        QVERIFY2(out.contains("dateText=\"05/04/2008 04:47:24 PM\""), qPrintable(out));
     }
 };
 
