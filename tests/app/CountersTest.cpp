@@ -58,19 +58,6 @@ class CountersTest : public QObject {
         QVERIFY(ui.actionAddFolder->isEnabled());
     }
 
-    void editMenuSeparatorIsLeftAlone() {
-        AppFixture app;
-        StampwiseAppDelegate& d = app.start();
-        const QList<QAction*> edit = app.window->ui().menuEdit->actions();
-        QCOMPARE(edit.size(), 5);
-        QVERIFY(edit.at(2)->isSeparator());
-        edit.at(2)->setEnabled(false);
-        d.setToolbarStatus(true);
-        QVERIFY(!edit.at(2)->isEnabled());
-        QVERIFY(edit.at(0)->isEnabled() && edit.at(1)->isEnabled() && edit.at(3)->isEnabled() &&
-                edit.at(4)->isEnabled());
-    }
-
     void ownTextSourceThenTickReenablesTypeButton() {
         AppFixture app;
         StampwiseAppDelegate& d = app.start();

@@ -254,19 +254,6 @@ class DispatchTest : public QObject {
             QCOMPARE(app.window->ui().assetCollectionView->subviewsLayoutType(), i);
         }
     }
-
-    void unknownSendersAreIgnored() {
-        AppFixture app;
-        StampwiseAppDelegate& d = app.start();
-        QObject stray;
-        stray.setProperty("tag", 30024);
-        d.promptEvent(&stray);
-        d.promptEvent(nullptr);
-        QAction floating;
-        floating.setProperty("tag", 30024);
-        d.promptEvent(&floating);
-        QVERIFY(app.alerts.shown.isEmpty());
-    }
 };
 SW_TEST_CLASS(DispatchTest)
 
