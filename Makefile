@@ -52,7 +52,8 @@ bench: build
 # libFuzzer runs of the PCX and metadata readers (needs clang++-14), FUZZ_TIME seconds each.
 FUZZ_DIR ?= build-fuzz
 FUZZ_TIME ?= 300
-fuzz:
+fuzz: deps
+	$(MAKE) deps PACKAGES="clang-14 libclang-rt-14-dev"
 	cmake -S . -B $(FUZZ_DIR) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_COMPILER=clang++-14 -DSTAMPWISE_FUZZ=ON
 	cmake --build $(FUZZ_DIR) --target fuzz_pcx fuzz_exif -j $(JOBS)
 	mkdir -p $(FUZZ_DIR)/corpus/pcx $(FUZZ_DIR)/corpus/exif
