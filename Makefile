@@ -10,7 +10,7 @@ PACKAGES := cmake g++ make pkg-config \
 	libexiv2-dev libicu-dev fonts-dejavu-core fonts-dejavu-extra \
 	libjpeg-turbo-progs xvfb xauth
 
-.PHONY: all deps build run test test-asan bench fuzz clean
+.PHONY: all deps build run test test-asan bench contactsheets fuzz clean
 
 all: build
 
@@ -48,6 +48,10 @@ test-asan: deps
 
 bench: build
 	cmake --build $(BUILD_DIR) --target bench -j $(JOBS)
+
+# One PNG per preview transition at five moments, into $(BUILD_DIR)/contactsheets.
+contactsheets: build
+	QT_QPA_PLATFORM=offscreen ./$(BUILD_DIR)/tools/transitionsheet
 
 # libFuzzer runs of the PCX and metadata readers (needs clang++-14), FUZZ_TIME seconds each.
 FUZZ_DIR ?= build-fuzz
