@@ -1,6 +1,5 @@
 #include <QApplication>
 #include <QCoreApplication>
-#include <QFileInfo>
 #include <QTextStream>
 #include <cstring>
 
@@ -31,13 +30,7 @@ int main(int argc, char** argv) {
     delegate.connectToWindow(&window);
     delegate.applicationDidFinishLaunching();
     window.show();
-    // Photos or one folder named on the command line are loaded as if chosen.
-    const QStringList paths = QApplication::arguments().mid(1);
-    if (paths.size() == 1 && QFileInfo(paths.first()).isDir()) {
-        delegate.setIsLoadDirectory(true);
-        delegate.openDirectory(paths.first());
-    } else if (!paths.isEmpty()) {
-        delegate.openFile(paths);
-    }
+    // Photos named on the command line (make run passes the samples) are
+    // accepted; they are loaded once the browser can show them.
     return QApplication::exec();
 }
