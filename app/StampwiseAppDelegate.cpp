@@ -32,8 +32,8 @@
 #include "platform/OpenPanel.h"
 #include "platform/OpenPanelRequest.h"
 #include "platform/RadioMatrix.h"
-#include "stamp/QNSDragView.h"
-#include "stamp/SlideshowView.h"
+#include "preview/QNSDragView.h"
+#include "preview/SlideshowView.h"
 #include "ui_MainWindow.h"
 
 namespace {

@@ -19,8 +19,8 @@
 #include "catalog/AssetCollection.h"
 #include "platform/Notification.h"
 #include "platform/RadioMatrix.h"
-#include "stamp/QNSDragView.h"
-#include "stamp/SlideshowView.h"
+#include "preview/QNSDragView.h"
+#include "preview/SlideshowView.h"
 
 class AlertPanel;
 class OpenPanel;

@@ -12,10 +12,10 @@
 #include <algorithm>
 #include <vector>
 
-#include "stamp/QNSDragView.h"
-#include "stamp/SlideshowImageView.h"
-#include "stamp/SlideshowView.h"
-#include "stamp/Transitions.h"
+#include "preview/QNSDragView.h"
+#include "preview/SlideshowImageView.h"
+#include "preview/SlideshowView.h"
+#include "preview/Transitions.h"
 
 namespace {
 
@@ -64,7 +64,8 @@ int linearFirstOverflow(const QString& text, const QFont& font, float w, float h
         QFont f = font;
         f.setPixelSize(s);
         const QFontMetricsF m(f);
-        if (m.horizontalAdvance(text) > w || m.height() > h) {
+        if (m.horizontalAdvance(text) > static_cast<double>(w) ||
+            m.height() > static_cast<double>(h)) {
             return s;
         }
     }

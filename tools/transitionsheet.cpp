@@ -10,10 +10,10 @@
 #include <algorithm>
 #include <functional>
 
-#include "stamp/Pointillize.h"
-#include "stamp/SlideshowImageView.h"
-#include "stamp/SlideshowView.h"
-#include "stamp/Transitions.h"
+#include "preview/Pointillize.h"
+#include "preview/SlideshowImageView.h"
+#include "preview/SlideshowView.h"
+#include "preview/Transitions.h"
 
 namespace {
 

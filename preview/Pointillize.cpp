@@ -1,4 +1,4 @@
-#include "stamp/Pointillize.h"
+#include "preview/Pointillize.h"
 
 #include <algorithm>
 #include <cmath>

@@ -3,10 +3,10 @@
 #include <cmath>
 
 #include "TestRegistry.h"
-#include "stamp/Lanczos.h"
-#include "stamp/Pointillize.h"
-#include "stamp/SlideshowView.h"
-#include "stamp/Transitions.h"
+#include "preview/Lanczos.h"
+#include "preview/Pointillize.h"
+#include "preview/SlideshowView.h"
+#include "preview/Transitions.h"
 
 using Transitions::Kind;
 

@@ -1,4 +1,4 @@
-#include "stamp/Transitions.h"
+#include "preview/Transitions.h"
 
 #include <QtMath>
 #include <algorithm>
@@ -140,8 +140,18 @@ float farthestCorner(const QRectF& r, QPointF c) {
     return best;
 }
 
+inline bool inRows(const QRectF& r, float y) {
+    const double yd = static_cast<double>(y);
+    return yd >= r.top() && yd < r.bottom();
+}
+
+inline bool inColumns(const QRectF& r, float x) {
+    const double xd = static_cast<double>(x);
+    return xd >= r.left() && xd < r.right();
+}
+
 inline bool inside(const QRectF& r, float x, float y) {
-    return x >= r.left() && x < r.right() && y >= r.top() && y < r.bottom();
+    return inColumns(r, x) && inRows(r, y);
 }
 
 // Brightness across a shading image's middle row, 256 samples of 0..1
@@ -264,7 +274,7 @@ QImage copyMachine(const Inputs& in, const QImage& from, const QImage& to, float
         const Pixel* b = rowOf(to, y);
         Pixel* o = rowOf(out, y);
         const float py = static_cast<float>(y) + 0.5f;
-        const bool rowInExtent = py >= f.extent.top() && py < f.extent.bottom();
+        const bool rowInExtent = inRows(f.extent, py);
         float s = 0.5f * dx + py * dy;
         for (int x = 0; x < f.w; ++x, s += dx) {
             if (s >= lead) {
@@ -275,7 +285,7 @@ QImage copyMachine(const Inputs& in, const QImage& from, const QImage& to, float
                 const float u = (lead - s) / barWidth;
                 const Pixel base = u > 0.5f ? b[x] : a[x];
                 const float px = static_cast<float>(x) + 0.5f;
-                if (rowInExtent && px >= f.extent.left() && px < f.extent.right()) {
+                if (rowInExtent && inColumns(f.extent, px)) {
                     const size_t i = std::min<size_t>(255, static_cast<size_t>(u * 256.0f));
                     o[x] = towards(base, lamp[i][0], lamp[i][1], lamp[i][2], light[i]);
                 } else {
@@ -377,11 +387,11 @@ QImage flash(const Inputs& in, const QImage& from, const QImage& to, float t) {
         Pixel* o = rowOf(out, y);
         const float py = static_cast<float>(y) + 0.5f;
         const float vy = py - cy;
-        const bool rowInExtent = py >= f.extent.top() && py < f.extent.bottom();
+        const bool rowInExtent = inRows(f.extent, py);
         for (int x = 0; x < f.w; ++x) {
             const Pixel base = mix256(a[x], b[x], swap);
             const float px = static_cast<float>(x) + 0.5f;
-            if (!rowInExtent || px < f.extent.left() || px >= f.extent.right() || fade <= 0.0f) {
+            if (!rowInExtent || !inColumns(f.extent, px) || fade <= 0.0f) {
                 o[x] = base;
                 continue;
             }
@@ -562,8 +572,10 @@ QImage pageCurl(const Inputs& in, const QImage& from, const QImage& to, float t)
         backLight[static_cast<size_t>(k)] = light(kPi - theta);
     }
     const int flatBackLight = light(kPi);
-    const float backScaleX = backside.isNull() ? 0.0f : backside.width() / page.width();
-    const float backScaleY = backside.isNull() ? 0.0f : backside.height() / page.height();
+    const float backScaleX =
+        backside.isNull() ? 0.0f : static_cast<float>(backside.width() / page.width());
+    const float backScaleY =
+        backside.isNull() ? 0.0f : static_cast<float>(backside.height() / page.height());
     const float pageLeft = static_cast<float>(page.left());
     const float pageTop = static_cast<float>(page.top());
     auto backColor = [&](float sx, float sy, int lightLevel) {
@@ -661,7 +673,7 @@ QImage ripple(const Inputs& in, const QImage& from, const QImage& to, float t) {
         Pixel* o = rowOf(out, y);
         const float py = static_cast<float>(y) + 0.5f;
         const float vy = py - cy;
-        const bool rowInExtent = py >= f.extent.top() && py < f.extent.bottom();
+        const bool rowInExtent = inRows(f.extent, py);
         for (int x = 0; x < f.w; ++x) {
             const float px = static_cast<float>(x) + 0.5f;
             const float vx = px - cx;
@@ -677,7 +689,7 @@ QImage ripple(const Inputs& in, const QImage& from, const QImage& to, float t) {
             const float dist = std::sqrt(d2);
             const float phi = (front - dist) / waveWidth;
             const size_t i = std::min<size_t>(255, static_cast<size_t>(phi * 256.0f));
-            if (!rowInExtent || px < f.extent.left() || px >= f.extent.right()) {
+            if (!rowInExtent || !inColumns(f.extent, px)) {
                 o[x] = phi > 0.5f ? b[x] : a[x];
                 continue;
             }

@@ -1,4 +1,4 @@
-#include "stamp/QNSDragView.h"
+#include "preview/QNSDragView.h"
 
 #include <QFontMetricsF>
 #include <QMouseEvent>
@@ -106,7 +106,7 @@ int QNSDragView::firstOverflowingSize(const QString& text, const QFont& font, fl
                                       float height) {
     auto overflows = [&](int size) {
         const QSizeF m = measure(text, font, size);
-        return m.width() > width || m.height() > height;
+        return m.width() > static_cast<double>(width) || m.height() > static_cast<double>(height);
     };
     if (overflows(kSmallestSize)) {
         return kSmallestSize;
@@ -117,10 +117,10 @@ int QNSDragView::firstOverflowingSize(const QString& text, const QFont& font, fl
     const QSizeF ref = measure(text, font, kReferenceSize);
     double guess = kLargestSize;
     if (ref.width() > 0) {
-        guess = std::min(guess, kReferenceSize * width / ref.width());
+        guess = std::min(guess, kReferenceSize * static_cast<double>(width) / ref.width());
     }
     if (ref.height() > 0) {
-        guess = std::min(guess, kReferenceSize * height / ref.height());
+        guess = std::min(guess, kReferenceSize * static_cast<double>(height) / ref.height());
     }
     int size = std::clamp(static_cast<int>(guess), kSmallestSize, kLargestSize);
     if (overflows(size)) {
@@ -168,7 +168,7 @@ void QNSDragView::paintEvent(QPaintEvent* /*event*/) {
         // Qt measures dashes and their offset in pen widths.
         const qreal dash = kDash / kFrameWidth;
         pen.setDashPattern({dash, dash, dash, dash, dash, dash});
-        pen.setDashOffset(dashPhase_ / kFrameWidth);
+        pen.setDashOffset(static_cast<qreal>(dashPhase_) / kFrameWidth);
         painter.setPen(pen);
         // Centred on the edge, so the inner half shows. Drawn from the
         // lower-left corner, counter-clockwise on screen as in y-up terms.

@@ -3,7 +3,7 @@
 #include <QTest>
 
 #include "TestRegistry.h"
-#include "stamp/SlideshowView.h"
+#include "preview/SlideshowView.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "stamp/SlideshowImageView.h"
+#include "preview/SlideshowImageView.h"
 
 #include <QGuiApplication>
 #include <QPainter>

@@ -5,7 +5,7 @@
 #include "TestRegistry.h"
 #include "platform/NotificationCenter.h"
 #include "platform/NotificationNames.h"
-#include "stamp/QNSDragView.h"
+#include "preview/QNSDragView.h"
 
 namespace {
 
@@ -36,7 +36,8 @@ int linearFirstOverflow(const QString& text, QFont font, float w, float h) {
     for (int s = 2; s < 300; ++s) {
         font.setPixelSize(s);
         const QFontMetricsF m(font);
-        if (m.horizontalAdvance(text) > w || m.height() > h) {
+        if (m.horizontalAdvance(text) > static_cast<double>(w) ||
+            m.height() > static_cast<double>(h)) {
             return s;
         }
     }

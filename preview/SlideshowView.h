@@ -4,8 +4,8 @@
 #include <QPointer>
 #include <QWidget>
 
-#include "stamp/SlideshowImageView.h"
-#include "stamp/Transitions.h"
+#include "preview/SlideshowImageView.h"
+#include "preview/Transitions.h"
 
 // The preview of the model photo: black, with the photo shrunk to fit and
 // centred, changing from photo to photo with one of twelve transitions.

@@ -1,11 +1,11 @@
-#include "stamp/SlideshowView.h"
+#include "preview/SlideshowView.h"
 
 #include <QCoreApplication>
 #include <QFile>
 #include <QPainter>
 #include <QResizeEvent>
 
-#include "stamp/Lanczos.h"
+#include "preview/Lanczos.h"
 
 // The built-in copies of the resource images live in a static library, whose
 // resource registration the linker would otherwise drop.

@@ -5,7 +5,7 @@
 #include <QVariantAnimation>
 #include <QWidget>
 
-#include "stamp/Transitions.h"
+#include "preview/Transitions.h"
 
 // One photo in the preview: shown shrunk to fit and centred, never enlarged.
 // While a transition plays, the view shows the transition's frames instead,

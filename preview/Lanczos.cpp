@@ -1,4 +1,4 @@
-#include "stamp/Lanczos.h"
+#include "preview/Lanczos.h"
 
 #include <algorithm>
 #include <cmath>
@@ -39,7 +39,7 @@ Taps tapsFor(int sourceLength, int targetLength) {
         }
         if (sum != 0.0) {
             for (size_t k = at; k < taps.weights.size(); ++k) {
-                taps.weights[k] = static_cast<float>(taps.weights[k] / sum);
+                taps.weights[k] = static_cast<float>(static_cast<double>(taps.weights[k]) / sum);
             }
         }
         const size_t ui = static_cast<size_t>(i);
