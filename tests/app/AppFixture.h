@@ -6,8 +6,8 @@
 
 #include "app/MainWindow.h"
 #include "app/StampwiseAppDelegate.h"
-#include "platform/FakeAlertPanel.h"
-#include "platform/FakeOpenPanel.h"
+#include "common/FakeAlertPanel.h"
+#include "common/FakeOpenPanel.h"
 
 // The real main window and controller, with recording alerts and open panels
 // and a settings store of their own.

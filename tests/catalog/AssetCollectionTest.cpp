@@ -6,10 +6,10 @@
 #include <mutex>
 #include <thread>
 
-#include "CatalogFixtures.h"
 #include "TestRegistry.h"
 #include "catalog/AssetCollection.h"
 #include "catalog/ImageAsset.h"
+#include "common/Sandbox.h"
 #include "platform/MainThread.h"
 #include "platform/NotificationCenter.h"
 #include "platform/NotificationNames.h"
@@ -53,7 +53,7 @@ QStringList filenames(AssetCollection& collection) {
 class AssetCollectionTest : public QObject {
     Q_OBJECT
   private:
-    QTemporaryDir dir_;
+    Sandbox dir_;
 
   private slots:
     // The folder listing's own table ignores case; the scan then keeps only
@@ -85,7 +85,7 @@ class AssetCollectionTest : public QObject {
         QVERIFY(QDir(dir_.path()).mkdir("sub") && QDir(dir_.path()).mkdir("folder.jpg"));
         for (const char* name :
              {"A.JPG", "b.jpeg", "c.tif", "d.Png", "notes.txt", ".hidden.png", "sub/inner.jpg"}) {
-            QVERIFY(writeBytes(dir_.filePath(name), "x"));
+            QVERIFY(!dir_.touch(name).isEmpty());
         }
         // d.Png is listed and counted, but its extension is not an image type as written.
         QTest::newRow("photos") << dir_.path()

@@ -11,9 +11,9 @@
 #include <thread>
 #include <vector>
 
-#include "CatalogFixtures.h"
 #include "TestRegistry.h"
 #include "catalog/ImageAsset.h"
+#include "common/Sandbox.h"
 #include "tools/ExifJpegWriter.h"
 
 namespace {
@@ -106,9 +106,9 @@ QByteArray multiPageTiff(const QList<QSize>& pages, const QByteArray& lastPageDa
 class ImageAssetTest : public QObject {
     Q_OBJECT
   private:
-    QTemporaryDir dir_;
+    Sandbox dir_;
 
-    QString path(const QString& name) const { return dir_.filePath(name); }
+    QString path(const QString& name) const { return dir_.path(name); }
     // A blue JPEG with the given EXIF fields; its path.
     QString jpeg(const QString& name, QSize size, const ExifJpegWriter::Fields& fields = {}) {
         return ExifJpegWriter::write(path(name), flat(size), fields) ? path(name) : QString();
@@ -133,7 +133,7 @@ class ImageAssetTest : public QObject {
         QFETCH(QString, name);
         QFETCH(QByteArray, bytes);
         QFETCH(int, width);
-        QVERIFY(writeBytes(path(name), bytes));
+        QVERIFY(!dir_.write(name, bytes).isEmpty());
         ImageAsset asset(QUrl::fromLocalFile(path(name)));
         QCOMPARE(asset.createImageSource(), width > 0);
         QCOMPARE(asset.pixelsWide(), width);
@@ -209,9 +209,9 @@ class ImageAssetTest : public QObject {
     }
 
     void multiPageFile() {
-        QVERIFY(writeBytes(
-            path("pages.tiff"),
-            multiPageTiff({QSize(30, 10), QSize(20, 40), QSize(25, 5)}, "2001:02:03 04:05:06")));
+        const QByteArray tiff =
+            multiPageTiff({QSize(30, 10), QSize(20, 40), QSize(25, 5)}, "2001:02:03 04:05:06");
+        QVERIFY(!dir_.write("pages.tiff", tiff).isEmpty());
         ImageAsset asset(QUrl::fromLocalFile(path("pages.tiff")));
         QCOMPARE(asset.pixelsWide(), 30);
         QCOMPARE(asset.maxPagePixelSize(), QSize(30, 40));
@@ -242,13 +242,13 @@ class ImageAssetTest : public QObject {
 
     void fileSizeReadAgainWhileZero() {
         const QString file = path("grows.jpg");
-        QVERIFY(writeBytes(file, QByteArray()));
+        QVERIFY(!dir_.write("grows.jpg", QByteArray()).isEmpty());
         Asset asset(QUrl::fromLocalFile(file));
         QCOMPARE(asset.fileSize(), 0u);
-        QVERIFY(writeBytes(file, QByteArray(1234, 'x')));
+        QVERIFY(!dir_.write("grows.jpg", QByteArray(1234, 'x')).isEmpty());
         QCOMPARE(asset.fileSize(), 1234u);
         // Once known it is kept.
-        QVERIFY(writeBytes(file, QByteArray(10, 'x')));
+        QVERIFY(!dir_.write("grows.jpg", QByteArray(10, 'x')).isEmpty());
         QCOMPARE(asset.fileSize(), 1234u);
     }
 

@@ -6,10 +6,10 @@
 #include <QtEndian>
 #include <vector>
 
-#include "CatalogFixtures.h"
 #include "TestRegistry.h"
 #include "catalog/ImageAsset.h"
 #include "catalog/PcxFormat.h"
+#include "common/Sandbox.h"
 
 namespace {
 
@@ -133,14 +133,14 @@ class PcxHandlerTest : public QObject {
     }
 
     void foundByContentAndByCatalog() {
-        QTemporaryDir dir;
+        Sandbox dir;
         const QImage source = pattern(400, 100);
-        QVERIFY(writeBytes(dir.filePath("SCAN.PCX"), encodePcx(source, 8, 3)));
-        QVERIFY(QFile::copy(dir.filePath("SCAN.PCX"), dir.filePath("misnamed.dat")));
-        QImageReader reader(dir.filePath("misnamed.dat"));
+        QVERIFY(!dir.write("SCAN.PCX", encodePcx(source, 8, 3)).isEmpty());
+        QVERIFY(QFile::copy(dir.path("SCAN.PCX"), dir.path("misnamed.dat")));
+        QImageReader reader(dir.path("misnamed.dat"));
         QCOMPARE(reader.size(), QSize(400, 100));
         QCOMPARE(reader.read().convertToFormat(QImage::Format_RGB32), source);
-        ImageAsset asset(QUrl::fromLocalFile(dir.filePath("SCAN.PCX")));
+        ImageAsset asset(QUrl::fromLocalFile(dir.path("SCAN.PCX")));
         QCOMPARE(asset.pixelsWide(), 400);
         QVERIFY(asset.loadPreviewImage());
         QCOMPARE(asset.previewImage().size(), QSize(160, 40));

@@ -1,4 +1,4 @@
-#include "platform/FakeOpenPanel.h"
+#include "common/FakeOpenPanel.h"
 
 std::optional<QStringList> FakeOpenPanel::run(const OpenPanelRequest& request) {
     requests.append(request);

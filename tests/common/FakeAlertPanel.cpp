@@ -1,4 +1,4 @@
-#include "platform/FakeAlertPanel.h"
+#include "common/FakeAlertPanel.h"
 
 int FakeAlertPanel::run(const AlertRequest& request) {
     shown.append(request);
