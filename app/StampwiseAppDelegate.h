@@ -14,6 +14,8 @@
 #include <QScrollArea>
 #include <QSplitter>
 #include <QToolBar>
+#include "app/ControlRegistry.h"
+#include "app/ControllerState.h"
 #include "app/MainWindow.h"
 #include "browser/AssetCollectionView.h"
 #include "catalog/AssetCollection.h"
@@ -23,11 +25,15 @@
 #include "preview/SlideshowView.h"
 
 class AlertPanel;
+class QComboBox;
 class OpenPanel;
 class QWidget;
 
 // The one application controller: all stamping state, start-up, settings,
 // command dispatch by control tag and the enabled states of the commands.
+// Its implementation is split by topic: StampwiseAppDelegate.cpp (start-up,
+// quitting, notifications), ...Settings.cpp, ...Dispatch.cpp, ...Toolbar.cpp
+// (enabled states and counters) and ...Catalog.cpp (catalog commands).
 class StampwiseAppDelegate : public QObject {
     Q_OBJECT
   public:
@@ -73,36 +79,39 @@ class StampwiseAppDelegate : public QObject {
     void deSelectAllImage();
 
     // Accessors.
-    bool hasImage() const { return hasImage_; }
-    void setHasImage(bool value) { hasImage_ = value; }
-    qint64 selectChannel() const { return selectChannel_; }
-    void setSelectChannel(qint64 value) { selectChannel_ = value; }
-    qint64 totalAmount() const { return totalAmount_; }
-    qint64 totalSelectedAmount() const { return totalSelectedAmount_; }
-    qint64 isFirstTime() const { return isFirstTime_; }
-    void setIsFirstTime(qint64 value) { isFirstTime_ = value; }
-    QString selectImageFile() const { return selectImageFile_; }
-    QString sortKey() const { return sortKey_; }
-    bool sortsAscending() const { return sortsAscending_; }
-    std::optional<QDateTime> aDate() const { return aDate_; }
-    QColor aColor() const { return aColor_; }
-    void setAColor(const QColor& color) { aColor_ = color; }
-    QFont aFont() const { return aFont_; }
-    void setAFont(const QFont& font) { aFont_ = font; }
-    bool isLoadDirectory() const { return isLoadDirectory_; }
-    void setIsLoadDirectory(bool value) { isLoadDirectory_ = value; }
-    bool isSafety() const { return isSafety_; }
-    void setIsSafety(bool value) { isSafety_ = value; }
-    float standardFontWidth() const { return standardFontWidth_; }
-    void setStandardFontWidth(float value) { standardFontWidth_ = value; }
-    float standardFontHeight() const { return standardFontHeight_; }
-    void setStandardFontHeight(float value) { standardFontHeight_ = value; }
-    qint64 gTimeType() const { return gTimeType_; }
-    void setGTimeType(qint64 value) { gTimeType_ = value; }
-    qint64 gDateType() const { return gDateType_; }
-    void setGDateType(qint64 value) { gDateType_ = value; }
-    std::optional<QString> dateTimeString() const { return dateTimeString_; }
-    void setDateTimeString(const std::optional<QString>& value) { dateTimeString_ = value; }
+    const ControllerState& state() const { return state_; }
+    bool hasImage() const { return state_.model.hasImage; }
+    void setHasImage(bool value) { state_.model.hasImage = value; }
+    qint64 selectChannel() const { return state_.model.selectChannel; }
+    void setSelectChannel(qint64 value) { state_.model.selectChannel = value; }
+    QString selectImageFile() const { return state_.model.selectImageFile; }
+    std::optional<QDateTime> aDate() const { return state_.model.aDate; }
+    std::optional<QString> dateTimeString() const { return state_.model.dateTimeString; }
+    void setDateTimeString(const std::optional<QString>& value) {
+        state_.model.dateTimeString = value;
+    }
+    qint64 isFirstTime() const { return state_.placement.isFirstTime; }
+    void setIsFirstTime(qint64 value) { state_.placement.isFirstTime = value; }
+    qint64 totalAmount() const { return state_.catalog.totalAmount; }
+    qint64 totalSelectedAmount() const { return state_.catalog.totalSelectedAmount; }
+    QString sortKey() const { return state_.catalog.sortKey; }
+    bool sortsAscending() const { return state_.catalog.sortsAscending; }
+    bool isLoadDirectory() const { return state_.catalog.isLoadDirectory; }
+    void setIsLoadDirectory(bool value) { state_.catalog.isLoadDirectory = value; }
+    bool isSafety() const { return state_.catalog.isSafety; }
+    void setIsSafety(bool value) { state_.catalog.isSafety = value; }
+    QColor aColor() const { return state_.style.aColor; }
+    void setAColor(const QColor& color) { state_.style.aColor = color; }
+    QFont aFont() const { return state_.style.aFont; }
+    void setAFont(const QFont& font) { state_.style.aFont = font; }
+    float standardFontWidth() const { return state_.style.standardFontWidth; }
+    void setStandardFontWidth(float value) { state_.style.standardFontWidth = value; }
+    float standardFontHeight() const { return state_.style.standardFontHeight; }
+    void setStandardFontHeight(float value) { state_.style.standardFontHeight = value; }
+    qint64 gTimeType() const { return state_.style.gTimeType; }
+    void setGTimeType(qint64 value) { state_.style.gTimeType = value; }
+    qint64 gDateType() const { return state_.style.gDateType; }
+    void setGDateType(qint64 value) { state_.style.gDateType = value; }
     AssetCollection* assetCollection() const { return assetCollection_.get(); }
     void setAssetCollection(std::unique_ptr<AssetCollection> collection);
 
@@ -118,15 +127,13 @@ class StampwiseAppDelegate : public QObject {
 
   private:
     void registerObservers();
-    void dispatchMenuItem(qint64 tag);
-    void dispatchToolbarItem(qint64 tag);
-    void dispatchButton(qint64 tag, QObject* sender);
-    void dispatchPopUp(qint64 tag, QObject* sender);
-    void dispatchComboBox(qint64 tag, QObject* sender);
+    void perform(const ControlRegistry::Control& control, QObject* sender);
     void chooseDateSource();
+    void chooseBrowserLayout(QComboBox* control);
     void pressPresetButton(qint64 tag);
     void confirmClearAll();
     void removeTickedAndUpdateState();
+    void clearModelPhoto();
     AssetCollection& catalogFor(const QUrl& rootURL);
     void openSecondaryWindow(const QString& name);
     void setEnabled(QObject* control, bool enabled);
@@ -134,30 +141,7 @@ class StampwiseAppDelegate : public QObject {
 
     AlertPanel& alerts_;
     OpenPanel& openPanel_;
-
-    bool hasImage_ = false;
-    float miniX_ = 0, miniY_ = 0, maxX_ = 0, maxY_ = 0;
-    qint64 selectChannel_ = 0;
-    float bakIMG_miniX_ = 0, bakIMG_miniY_ = 0, bakIMG_maxX_ = 0, bakIMG_maxY_ = 0;
-    float bakTIME_miniX_ = 0, bakTIME_miniY_ = 0, bakTIME_maxX_ = 0, bakTIME_maxY_ = 0;
-    QString sortKey_;
-    bool sortsAscending_ = false;
-    qint64 totalAmount_ = 0;
-    qint64 totalSelectedAmount_ = 0;
-    float imageOriginalWidth_ = 0, imageOriginalHeight_ = 0;
-    float imageWidth_ = 0, imageHeight_ = 0;
-    qint64 isFirstTime_ = 0;
-    QString selectImageFile_;
-    std::optional<QDateTime> aDate_;
-    QColor aColor_;
-    QFont aFont_;
-    bool hasFont_ = false;
-    bool isLoadDirectory_ = false;
-    bool isSafety_ = false;
-    float standardFontWidth_ = 0, standardFontHeight_ = 0;
-    qint64 gTimeType_ = 0;
-    qint64 gDateType_ = 0;
-    std::optional<QString> dateTimeString_;
+    ControllerState state_;
 
     QPointer<MainWindow> window_;
     QPointer<RadioMatrix> aMatrix_;

@@ -11,6 +11,9 @@ class AssetCollectionView : public QWidget {
     bool isLoadDirectory() const { return isLoadDirectory_; }
     void setIsLoadDirector(bool isLoadDirectory) { isLoadDirectory_ = isLoadDirectory; }
 
+    // Circular, loop, scatter and wrapped.
+    static constexpr qint32 kLayoutCount = 4;
+
     qint32 subviewsLayoutType() const { return subviewsLayoutType_; }
     void setSubviewsLayoutType(qint32 type) { subviewsLayoutType_ = type; }
 

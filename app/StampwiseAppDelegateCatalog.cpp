@@ -1,0 +1,169 @@
+#include <QFileInfo>
+
+#include "app/Messages.h"
+#include "app/StampwiseAppDelegate.h"
+#include "platform/AlertPanel.h"
+#include "platform/ButtonTitles.h"
+#include "platform/OpenPanel.h"
+#include "platform/OpenPanelRequest.h"
+
+using namespace ControlRegistry;
+
+namespace {
+constexpr const char* kDefaultSortKey = "filename";
+}  // namespace
+
+void StampwiseAppDelegate::setAssetCollection(std::unique_ptr<AssetCollection> collection) {
+    assetCollection_ = std::move(collection);
+}
+
+void StampwiseAppDelegate::openBrowserWindowFile() {
+    const std::optional<QStringList> chosen = openPanel_.run({true, false, true});
+    if (chosen) {
+        openFile(*chosen);
+    }
+}
+
+void StampwiseAppDelegate::openBrowserWindowDirectory() {
+    const std::optional<QStringList> chosen = openPanel_.run({false, true, false});
+    if (!chosen || chosen->isEmpty()) {
+        return;
+    }
+    state_.catalog.isLoadDirectory = true;
+    openDirectory(chosen->first());
+}
+
+bool StampwiseAppDelegate::openFile(QStringList paths) {
+    for (qsizetype i = paths.size() - 1; i >= 0; --i) {
+        const QFileInfo info(paths.at(i));
+        if (!info.exists() || info.isDir()) {
+            paths.removeAt(i);
+        }
+    }
+    if (paths.isEmpty()) {
+        alerts_.inform(QString(), QLatin1String(Messages::kCantLoadFile),
+                       QLatin1String(ButtonTitles::kOK));
+        return false;
+    }
+    newInitAssetWindowFiles(paths);
+    return true;
+}
+
+bool StampwiseAppDelegate::openDirectory(const QString& path) {
+    const QFileInfo info(path);
+    if (info.exists() && info.isDir()) {
+        newInitAssetWindow(path);
+        return true;
+    }
+    const QString why =
+        QString::fromLatin1(info.exists() ? Messages::kNotADirectory : Messages::kPathDoesNotExist)
+            .arg(path);
+    alerts_.inform(QString(), QLatin1String(Messages::kCantBrowsePath),
+                   QLatin1String(ButtonTitles::kOK), why);
+    return false;
+}
+
+AssetCollection& StampwiseAppDelegate::catalogFor(const QUrl& rootURL) {
+    state_.catalog.sortKey = QLatin1String(kDefaultSortKey);
+    state_.catalog.sortsAscending = true;
+    if (!assetCollection_) {
+        assetCollection_ = std::make_unique<AssetCollection>(rootURL);
+    }
+    return *assetCollection_;
+}
+
+void StampwiseAppDelegate::newInitAssetWindowFiles(const QStringList& paths) {
+    AssetCollection& catalog = catalogFor(QUrl::fromLocalFile(QString()));
+    catalog.setFilesArray(paths);
+    catalog.setIsFile(true);
+    catalog.startRefresh();
+}
+
+void StampwiseAppDelegate::newInitAssetWindow(const QString& folder) {
+    AssetCollection& catalog = catalogFor(QUrl::fromLocalFile(folder));
+    catalog.setRootURL(QUrl::fromLocalFile(folder));
+    catalog.setIsFile(false);
+    catalog.startRefresh();
+}
+
+void StampwiseAppDelegate::openSaveWindow() {
+    const std::optional<QStringList> chosen = openPanel_.run({false, true, false});
+    if (chosen && !chosen->isEmpty()) {
+        setControlText(Tag::kOutputFolderField, chosen->first());
+    }
+}
+
+void StampwiseAppDelegate::refresh() {
+    if (assetCollection_) {
+        assetCollection_->startRefresh();
+    }
+}
+
+// Hides the preview and the label once the model photo has left the catalog.
+void StampwiseAppDelegate::clearModelPhoto() {
+    if (slideshowView_) {
+        slideshowView_->clearImage();
+    }
+    if (aQNSDragView_) {
+        aQNSDragView_->hide();
+    }
+    state_.model.hasImage = false;
+}
+
+void StampwiseAppDelegate::removeSelectedImage() {
+    bool shownPhotoRemoved = false;
+    if (assetCollection_) {
+        QList<AssetPtr>& assets = assetCollection_->assets();
+        for (qsizetype i = assets.size() - 1; i >= 0; --i) {
+            if (!assets.at(i)->includedInSlideshow()) {
+                continue;
+            }
+            shownPhotoRemoved =
+                shownPhotoRemoved || assets.at(i)->fullFilename() == state_.model.selectImageFile;
+            assets.removeAt(i);
+        }
+    }
+    redrawAmountInfo();
+    if (shownPhotoRemoved) {
+        clearModelPhoto();
+    }
+}
+
+void StampwiseAppDelegate::removeTickedAndUpdateState() {
+    removeSelectedImage();
+    if (!assetCollection_ || assetCollection_->assets().isEmpty()) {
+        setToolbarStatus(false);
+    }
+}
+
+void StampwiseAppDelegate::removeAllImage() {
+    if (assetCollection_) {
+        QList<AssetPtr>& assets = assetCollection_->assets();
+        for (qsizetype i = assets.size() - 1; i >= 0; --i) {
+            assets.removeAt(i);
+        }
+    }
+    if (assetCollectionView_ && aNSScrollView_) {
+        assetCollectionView_->setGeometry(QRect(QPoint(0, 0), aNSScrollView_->size()));
+    }
+    redrawAmountInfo();
+    clearModelPhoto();
+}
+
+void StampwiseAppDelegate::selectAllImage() {
+    if (assetCollection_) {
+        for (const AssetPtr& asset : assetCollection_->assets()) {
+            asset->setIncludedInSlideshow(true);
+        }
+    }
+    redrawAmountInfo();
+}
+
+void StampwiseAppDelegate::deSelectAllImage() {
+    if (assetCollection_) {
+        for (const AssetPtr& asset : assetCollection_->assets()) {
+            asset->setIncludedInSlideshow(false);
+        }
+    }
+    redrawAmountInfo();
+}
