@@ -1,6 +1,8 @@
 #include "app/MainWindow.h"
 
 #include <QCloseEvent>
+#include <QComboBox>
+#include <QLineEdit>
 #include <QStyle>
 
 #include "ui_MainWindow.h"
@@ -24,6 +26,14 @@ MainWindow::MainWindow(QWidget* parent)
     ui_->splitView->setStretchFactor(0, 0);
     ui_->splitView->setStretchFactor(1, 1);
     ui_->splitView->setSizes({330, 670});
+    // The combo boxes offer a fixed list: typed text that names no item is undone.
+    for (QComboBox* combo : {ui_->layoutComboBox, ui_->sortComboBox}) {
+        connect(combo->lineEdit(), &QLineEdit::editingFinished, combo, [combo] {
+            if (combo->findText(combo->currentText()) < 0) {
+                combo->setEditText(combo->itemText(combo->currentIndex()));
+            }
+        });
+    }
 }
 
 MainWindow::~MainWindow() = default;
