@@ -88,7 +88,9 @@ QJsonObject InfoCommand::describe(const QString& path, qint64 dateType, qint64 t
     record["fileDate"] = fileDate ? QJsonValue(isoDate(*fileDate)) : none;
     const PhotoDate::Result rule =
         PhotoDate::photoDateText(original, digitized, fileDate, dateType, timeType);
-    record["dateText"] = rule.date ? QJsonValue(rule.dateTimeString) : none;
+    // An empty text is no date text either: nothing would be drawn.
+    const bool hasText = rule.date && !rule.dateTimeString.isEmpty();
+    record["dateText"] = hasText ? QJsonValue(rule.dateTimeString) : none;
     return record;
 }
 

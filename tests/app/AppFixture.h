@@ -6,6 +6,7 @@
 
 #include "app/MainWindow.h"
 #include "app/StampwiseAppDelegate.h"
+#include "common/CatalogBuilder.h"
 #include "common/FakeAlertPanel.h"
 #include "common/FakeOpenPanel.h"
 
@@ -35,8 +36,18 @@ struct AppFixture {
         return *delegate;
     }
 
+    // A catalog of made-up photos, counted as after a scan.
+    void load(int count, int ticked = -1) {
+        delegate->setAssetCollection(catalogOf(count, ticked));
+        delegate->redrawAmountInfo();
+    }
+
     template <typename T>
     T* control(qint64 tag) {
         return qobject_cast<T*>(delegate->getGUIObject(tag, nullptr));
+    }
+    // Any tagged object of the window by its name in MainWindow.ui.
+    QObject* named(const char* objectName) {
+        return window->findChild<QObject*>(QLatin1String(objectName));
     }
 };

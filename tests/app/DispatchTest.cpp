@@ -1,104 +1,111 @@
 #include <QAbstractButton>
+#include <QCheckBox>
 #include <QComboBox>
-#include <QLabel>
 #include <QLineEdit>
-#include <QMenu>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QSignalSpy>
 #include <QTest>
-#include <QToolBar>
+#include <set>
 
 #include "AppFixture.h"
 #include "TestRegistry.h"
-#include "browser/AssetCollectionView.h"
+#include "app/ControlRegistry.h"
+#include "platform/ControlTag.h"
 #include "platform/NotificationCenter.h"
 #include "platform/NotificationNames.h"
 #include "platform/RadioMatrix.h"
 #include "ui_MainWindow.h"
 
+using namespace ControlRegistry;
+
 namespace {
-std::unique_ptr<AssetCollection> catalogOf(int count) {
-    auto catalog = std::make_unique<AssetCollection>(QUrl());
-    for (int i = 0; i < count; ++i) {
-        catalog->addAsset(
-            std::make_shared<Asset>(QUrl::fromLocalFile(QStringLiteral("/tmp/p%1.jpg").arg(i))));
+// Commands whose work arrives with the stamp workflow and the browser.
+const std::set<Command> kNotYetActive = {Nothing,      Stamp,  OpenType,      ChooseFont,
+                                         ChooseColour, Margin, SortAscending, SortKey};
+
+// Everything a command can visibly change, to tell whether one ran.
+struct Observed {
+    qsizetype alerts, panels;
+    bool about, safety;
+    qint64 total, ticked, channel;
+    int presetsOn;
+    bool preview;
+    qint32 layout;
+    bool operator==(const Observed&) const = default;
+};
+
+Observed observe(AppFixture& app) {
+    StampwiseAppDelegate& d = *app.delegate;
+    int presets = 0;
+    for (int i = 0; i < Tag::kPresetCount; ++i) {
+        presets |= app.control<QAbstractButton>(Tag::kFirstPreset + i)->isChecked() << i;
     }
-    return catalog;
+    d.redrawAmountInfo();
+    return {app.alerts.shown.size(),
+            app.openPanel.requests.size(),
+            d.secondaryWindow("About") != nullptr,
+            d.secondaryWindow("Safety") != nullptr,
+            d.totalAmount(),
+            d.totalSelectedAmount(),
+            d.selectChannel(),
+            presets,
+            app.window->ui().aQNSDragView->isPreview(),
+            app.window->ui().assetCollectionView->subviewsLayoutType()};
+}
+
+// Uses the control as a person would.
+void use(QObject* control) {
+    if (auto* action = qobject_cast<QAction*>(control)) {
+        action->trigger();
+    } else if (auto* matrix = qobject_cast<RadioMatrix*>(control)) {
+        matrix->cell(2)->click();
+    } else if (auto* combo = qobject_cast<QComboBox*>(control)) {
+        combo->setCurrentIndex(0);
+        emit combo->activated(0);
+    } else {
+        qobject_cast<QAbstractButton*>(control)->click();
+    }
 }
 }  // namespace
 
 class DispatchTest : public QObject {
     Q_OBJECT
   private slots:
-    void getGUIObjectRanges_data() {
-        QTest::addColumn<qint64>("tag");
-        QTest::addColumn<bool>("inToolbar");
-        QTest::addColumn<QString>("expectedName");
-        QTest::newRow("toolbar item in the toolbar") << qint64(30027) << true << "actionStamp";
-        QTest::newRow("toolbar item without toolbar") << qint64(30027) << false << "";
-        QTest::newRow("absent toolbar tag") << qint64(30999) << true << "";
-        QTest::newRow("button") << qint64(31007) << false << "typeButton";
-        QTest::newRow("button searched in the toolbar") << qint64(31007) << true << "";
-        QTest::newRow("matrix is reached by outlet only") << qint64(32400) << false << "";
-        QTest::newRow("menu range") << qint64(32505) << false << "";
-        QTest::newRow("unserved 32000 range") << qint64(32100) << false << "";
-        QTest::newRow("label text") << qint64(36007) << false << "atextfield";
-        QTest::newRow("counter") << qint64(36005) << false << "totalAmountField";
-        QTest::newRow("combo box") << qint64(40101) << false << "sortComboBox";
-        QTest::newRow("outside every range") << qint64(99999) << false << "";
-        QTest::newRow("negative") << qint64(-31007) << false << "";
-    }
-    void getGUIObjectRanges() {
-        QFETCH(qint64, tag);
-        QFETCH(bool, inToolbar);
-        QFETCH(QString, expectedName);
-        AppFixture app;
-        StampwiseAppDelegate& d = app.start();
-        QObject* found = d.getGUIObject(tag, inToolbar ? d.aToolbar() : nullptr);
-        QCOMPARE(found != nullptr ? found->objectName() : QString(), expectedName);
+    void commandRow_data() {
+        QTest::addColumn<int>("row");
+        for (size_t i = 0; i < kControls.size(); ++i) {
+            if (!kNotYetActive.contains(kControls[i].command)) {
+                QTest::newRow(kControls[i].objectName) << int(i);
+            }
+        }
     }
 
-    // Every control the controller names by tag exists in the window, of its kind.
-    void registryIsComplete_data() {
-        QTest::addColumn<qint64>("tag");
-        QTest::addColumn<QString>("kind");
-        const std::pair<const char*, std::vector<qint64>> kinds[] = {
-            {"toolbar", {30008, 30108, 30023, 30024, 30025, 30026, 30027}},
-            {"menu", {32500, 32502, 32504, 32505, 32506, 32507, 32508, 32509, 32510}},
-            {"QPushButton",
-             {31002, 31007, 31010, 31031, 31036, 31039, 31080, 31081, 31082, 31083, 31084}},
-            {"QCheckBox", {31034, 31035, 31037}},
-            {"QComboBox", {31200, 31201, 40100, 40101}},
-            {"QLineEdit", {35000, 35001}},
-            {"QLabel", {36005, 36006, 36007, 31202}},
-        };
-        for (const auto& [kind, tags] : kinds) {
-            for (qint64 tag : tags) {
-                QTest::addRow("%lld", tag) << tag << QString::fromLatin1(kind);
-            }
-        }
-    }
-    void registryIsComplete() {
-        QFETCH(qint64, tag);
-        QFETCH(QString, kind);
+    // Each control does something; the same tag on a control of another kind
+    // does nothing.
+    void commandRow() {
+        QFETCH(int, row);
+        const Control& c = kControls[size_t(row)];
         AppFixture app;
-        StampwiseAppDelegate& d = app.start(false);
-        if (kind == QLatin1String("menu")) {
-            bool found = false;
-            for (QAction* top : app.window->ui().mainMenu->actions()) {
-                for (QAction* item : top->menu()->actions()) {
-                    found = found || item->property("tag").toLongLong() == tag;
-                }
-            }
-            QVERIFY(found);
-            return;
+        StampwiseAppDelegate& d = app.start();
+        app.load(3, 1);
+        app.alerts.setDefaultAnswer(1);  // "Cancel": keep the catalog and the program
+        const Observed before = observe(app);
+
+        std::unique_ptr<QAbstractButton> stranger;
+        if (c.kind == Button) {
+            stranger = std::make_unique<QCheckBox>();
+        } else {
+            stranger = std::make_unique<QPushButton>();
         }
-        QObject* control =
-            d.getGUIObject(tag, kind == QLatin1String("toolbar") ? d.aToolbar() : nullptr);
-        QVERIFY(control != nullptr);
-        if (kind != QLatin1String("toolbar")) {
-            QCOMPARE(QString::fromLatin1(control->metaObject()->className()), kind);
-        }
+        stranger->setCheckable(true);
+        stranger->setChecked(true);
+        ControlTag::setTag(stranger.get(), c.tag);
+        d.promptEvent(stranger.get());
+        QVERIFY(observe(app) == before);
+
+        use(app.named(c.objectName));
+        QVERIFY(!(observe(app) == before));
     }
 
     void dateSourceMatrix_data() {
@@ -111,72 +118,72 @@ class DispatchTest : public QObject {
         QFETCH(int, row);
         AppFixture app;
         StampwiseAppDelegate& d = app.start();
-        d.setToolbarStatus(true);
+        app.load(1);
         // Start from the opposite state so both directions are seen.
-        app.control<QWidget>(35000)->setEnabled(row != 2);
-        app.control<QWidget>(31007)->setEnabled(row == 2);
-        d.aMatrix()->setEnabled(true);
+        app.control<QWidget>(Tag::kCustomTextField)->setEnabled(row != 2);
+        app.control<QWidget>(Tag::kTypeButton)->setEnabled(row == 2);
         d.aMatrix()->cell(row)->click();
         QCOMPARE(d.selectChannel(), qint64(row));
-        QCOMPARE(app.control<QWidget>(35000)->isEnabled(), row == 2);
-        QCOMPARE(app.control<QWidget>(31007)->isEnabled(), row != 2);
+        QCOMPARE(app.control<QWidget>(Tag::kCustomTextField)->isEnabled(), row == 2);
+        QCOMPARE(app.control<QWidget>(Tag::kTypeButton)->isEnabled(), row != 2);
     }
 
-    void presetButtonsActAsOneRadioGroup() {
-        AppFixture app;
-        StampwiseAppDelegate& d = app.start();
-        d.setToolbarStatus(true);
-        app.control<QAbstractButton>(31080)->click();
-        app.control<QAbstractButton>(31082)->click();
-        for (qint64 tag = 31080; tag <= 31084; ++tag) {
-            QCOMPARE(app.control<QAbstractButton>(tag)->isChecked(), tag == 31082);
+    // One preset on at a time, whichever was on before; a drag step turns all off.
+    void presetsActAsOneRadioGroup_data() {
+        QTest::addColumn<int>("preset");
+        for (int i = 0; i < Tag::kPresetCount; ++i) {
+            QTest::addRow("preset %d", i) << i;
         }
-        // Pressing the pressed one keeps it on.
-        app.control<QAbstractButton>(31082)->click();
-        QVERIFY(app.control<QAbstractButton>(31082)->isChecked());
-        // A drag step turns them all off.
+    }
+    void presetsActAsOneRadioGroup() {
+        QFETCH(int, preset);
+        AppFixture app;
+        app.start();
+        app.load(1);
+        const auto button = [&app](int i) {
+            return app.control<QAbstractButton>(Tag::kFirstPreset + i);
+        };
+        button((preset + 1) % Tag::kPresetCount)->click();
+        button(preset)->click();
+        button(preset)->click();  // pressing the pressed one keeps it on
+        for (int i = 0; i < Tag::kPresetCount; ++i) {
+            QCOMPARE(button(i)->isChecked(), i == preset);
+        }
         NotificationCenter::defaultCenter().post(NotificationNames::kMoveDateTime);
-        for (qint64 tag = 31080; tag <= 31084; ++tag) {
-            QVERIFY(!app.control<QAbstractButton>(tag)->isChecked());
+        for (int i = 0; i < Tag::kPresetCount; ++i) {
+            QVERIFY(!button(i)->isChecked());
         }
     }
 
     void clearAllAsksFirst_data() {
-        QTest::addColumn<bool>("fromMenu");
+        QTest::addColumn<qint64>("tag");
         QTest::addColumn<int>("answer");
-        QTest::addColumn<int>("remaining");
-        QTest::newRow("toolbar, Ok") << false << 0 << 0;
-        QTest::newRow("toolbar, Cancel") << false << 1 << 3;
-        QTest::newRow("menu, Ok") << true << 0 << 0;
-        QTest::newRow("menu, Cancel") << true << 1 << 3;
+        QTest::newRow("toolbar, Ok") << Tag::kClearAll << 0;
+        QTest::newRow("menu, Cancel") << Tag::kClearAllMenu << 1;
     }
     void clearAllAsksFirst() {
-        QFETCH(bool, fromMenu);
+        QFETCH(qint64, tag);
         QFETCH(int, answer);
-        QFETCH(int, remaining);
         AppFixture app;
         StampwiseAppDelegate& d = app.start();
-        d.setAssetCollection(catalogOf(3));
-        d.redrawAmountInfo();
+        app.load(3);
         d.setHasImage(true);
         app.alerts.answerNext(answer);
-        Ui::MainWindow& ui = app.window->ui();
-        (fromMenu ? ui.actionClearAllMenu : ui.actionClearAll)->trigger();
+        use(app.named(find(tag)->objectName));
         QCOMPARE(app.alerts.shown.size(), 1);
         QCOMPARE(app.alerts.shown[0].title, QStringLiteral("Reminder"));
         QCOMPARE(app.alerts.shown[0].message, QStringLiteral("Are you sure to clear all images?"));
         QCOMPARE(app.alerts.shown[0].buttons, (QStringList{"Ok", "Cancel"}));
-        QCOMPARE(d.assetCollection()->assets().size(), remaining);
+        const int remaining = answer == 0 ? 0 : 3;
         QCOMPARE(d.totalAmount(), qint64(remaining));
         QCOMPARE(d.hasImage(), remaining != 0);
-        QCOMPARE(ui.actionStamp->isEnabled(), remaining != 0);
+        QCOMPARE(app.window->ui().actionStamp->isEnabled(), remaining != 0);
     }
 
     void quitAsksFirst_data() {
         QTest::addColumn<bool>("fromMenu");
         QTest::addColumn<int>("answer");
         QTest::newRow("menu, Ok") << true << 0;
-        QTest::newRow("menu, Cancel") << true << 1;
         QTest::newRow("window close, Ok") << false << 0;
         QTest::newRow("window close, Cancel") << false << 1;
     }
@@ -197,11 +204,7 @@ class DispatchTest : public QObject {
         QCOMPARE(app.alerts.shown[0].title, QStringLiteral("Quit Stampwise"));
         QCOMPARE(app.alerts.shown[0].message, QStringLiteral("Are you sure to quit Stampwise?"));
         QCOMPARE(terminating.size(), answer == 0 ? 1 : 0);
-        if (!fromMenu) {
-            QCOMPARE(app.window->isVisible(), answer != 0);
-        } else {
-            QVERIFY(app.window->isVisible());
-        }
+        QCOMPARE(app.window->isVisible(), fromMenu || answer != 0);
     }
 
     void secondaryWindowIsMadeOnceAndCentred() {
@@ -209,50 +212,37 @@ class DispatchTest : public QObject {
         StampwiseAppDelegate& d = app.start();
         app.window->ui().actionAbout->trigger();
         QWidget* about = d.secondaryWindow(QStringLiteral("About"));
-        QVERIFY(about != nullptr);
-        QVERIFY(about->isVisible());
+        QVERIFY(about != nullptr && about->isVisible());
         about->move(0, 0);
         app.window->ui().actionAbout->trigger();
         QCOMPARE(d.secondaryWindow(QStringLiteral("About")), about);
         const QRect screen = QGuiApplication::primaryScreen()->geometry();
         QVERIFY(qAbs(about->frameGeometry().center().x() - screen.width() / 2) <= 1);
-        // Its close button (31018) hides it; the next opening shows the same window.
-        auto* close = about->findChild<QAbstractButton*>(QStringLiteral("closeButton"));
-        QVERIFY(close != nullptr);
-        close->click();
+        // Its close button (31018) hides it.
+        about->findChild<QAbstractButton*>(QStringLiteral("closeButton"))->click();
         QVERIFY(!about->isVisible());
-        d.setToolbarStatus(true);
-        app.control<QAbstractButton>(31002)->click();
-        QVERIFY(d.secondaryWindow(QStringLiteral("Safety"))->isVisible());
     }
 
-    void previewCheckBoxSetsLabelMode() {
-        AppFixture app;
-        StampwiseAppDelegate& d = app.start();
-        d.setToolbarStatus(true);
-        auto* box = app.control<QAbstractButton>(31034);
-        box->click();
-        QVERIFY(app.window->ui().aQNSDragView->isPreview());
-        box->click();
-        QVERIFY(!app.window->ui().aQNSDragView->isPreview());
+    // The combo box offers the four layouts and nothing typed.
+    void layoutComboTakesOnlyItsItems_data() {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<int>("layout");
+        QTest::newRow("an item's name") << "Loop" << 1;
+        QTest::newRow("no layout of that name") << "Spiral" << 3;
     }
-
-    void layoutPopUpAndComboSetTheBrowserLayout_data() {
-        QTest::addColumn<qint64>("tag");
-        QTest::newRow("pop-up") << qint64(31200);
-        QTest::newRow("combo box") << qint64(40100);
-    }
-    void layoutPopUpAndComboSetTheBrowserLayout() {
-        QFETCH(qint64, tag);
+    void layoutComboTakesOnlyItsItems() {
+        QFETCH(QString, typed);
+        QFETCH(int, layout);
         AppFixture app;
         app.start();
-        auto* combo = app.control<QComboBox>(tag);
-        QCOMPARE(combo->isEditable(), tag == 40100);
-        for (int i = 0; i < combo->count(); ++i) {
-            combo->setCurrentIndex(i);
-            emit combo->activated(i);
-            QCOMPARE(app.window->ui().assetCollectionView->subviewsLayoutType(), i);
-        }
+        app.window->show();
+        auto* combo = app.control<QComboBox>(Tag::kLayoutComboBox);
+        combo->lineEdit()->selectAll();
+        QTest::keyClicks(combo->lineEdit(), typed);
+        QTest::keyClick(combo->lineEdit(), Qt::Key_Return);
+        QCOMPARE(combo->count(), 4);
+        QCOMPARE(app.window->ui().assetCollectionView->subviewsLayoutType(), layout);
+        QCOMPARE(combo->currentText(), combo->itemText(layout));
     }
 };
 SW_TEST_CLASS(DispatchTest)

@@ -1,21 +1,12 @@
 #include <QAbstractButton>
-#include <QDir>
-#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include "AppFixture.h"
 #include "TestRegistry.h"
+#include "common/Sandbox.h"
 #include "ui_MainWindow.h"
-
-namespace {
-void touch(const QString& path) {
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-}
-}  // namespace
 
 class ImportTest : public QObject {
     Q_OBJECT
@@ -33,14 +24,14 @@ class ImportTest : public QObject {
     void openFileChecks() {
         QFETCH(QStringList, names);
         QFETCH(int, expectedPhotos);
-        QTemporaryDir dir;
-        touch(dir.filePath("a.jpg"));
-        touch(dir.filePath("c.png"));
-        touch(dir.filePath("notes.txt"));
-        QDir(dir.path()).mkdir("sub");
+        Sandbox dir;
+        for (const char* name : {"a.jpg", "c.png", "notes.txt"}) {
+            dir.touch(name);
+        }
+        dir.mkdir("sub");
         QStringList paths;
         for (const QString& name : names) {
-            paths << dir.filePath(name);
+            paths << dir.path(name);
         }
         AppFixture app;
         StampwiseAppDelegate& d = app.start();
@@ -76,13 +67,13 @@ class ImportTest : public QObject {
     void openDirectoryChecks() {
         QFETCH(QString, name);
         QFETCH(QString, informative);
-        QTemporaryDir dir;
-        QDir(dir.path()).mkdir("photos");
-        touch(dir.filePath("photos/a.jpg"));
-        touch(dir.filePath("photos/b.JPG"));
+        Sandbox dir;
+        dir.mkdir("photos");
+        dir.touch("photos/a.jpg");
+        dir.touch("photos/b.JPG");
         AppFixture app;
         StampwiseAppDelegate& d = app.start();
-        app.openPanel.answerNext({dir.filePath(name)});
+        app.openPanel.answerNext({dir.path(name)});
         app.window->ui().actionAddFolderMenu->trigger();
         QVERIFY(app.openPanel.requests[0].canChooseDirectories &&
                 !app.openPanel.requests[0].canChooseFiles);
@@ -93,7 +84,7 @@ class ImportTest : public QObject {
         }
         QCOMPARE(app.alerts.shown.size(), 1);
         QCOMPARE(app.alerts.shown[0].message, QStringLiteral("Can't browse path"));
-        QCOMPARE(app.alerts.shown[0].informativeText, informative.arg(dir.filePath(name)));
+        QCOMPARE(app.alerts.shown[0].informativeText, informative.arg(dir.path(name)));
         QVERIFY(d.isLoadDirectory());
     }
 
@@ -118,13 +109,13 @@ class ImportTest : public QObject {
     }
 
     void removingTheLastTickedPhotosEmptiesTheState() {
-        QTemporaryDir dir;
+        Sandbox dir;
         for (const char* name : {"a.jpg", "b.jpg", "c.jpg"}) {
-            touch(dir.filePath(name));
+            dir.touch(name);
         }
         AppFixture app;
         StampwiseAppDelegate& d = app.start();
-        QVERIFY(d.openFile({dir.filePath("a.jpg"), dir.filePath("b.jpg"), dir.filePath("c.jpg")}));
+        QVERIFY(d.openFile({dir.path("a.jpg"), dir.path("b.jpg"), dir.path("c.jpg")}));
         QTRY_COMPARE(d.totalAmount(), qint64(3));
         d.assetCollection()->assets().at(1)->setIncludedInSlideshow(false);
         d.setHasImage(true);

@@ -4,11 +4,11 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QSettings>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include "TestRegistry.h"
 #include "app/InfoCommand.h"
+#include "common/Sandbox.h"
 
 namespace {
 
@@ -27,16 +27,15 @@ std::tuple<int, QString, QString> runInfo(const QStringList& arguments) {
 class InfoCommandTest : public QObject {
     Q_OBJECT
   private:
-    QTemporaryDir dir_;
+    Sandbox dir_;
     QString pentax_;
 
   private slots:
     void initTestCase() {
         pentax_ = QDir(TestRegistry::photosDir()).filePath("cameras/Pentax_K10D.jpg");
-        QDir(dir_.path()).mkdir("folder");
+        dir_.mkdir("folder");
         for (const char* name : {"folder/broken.png", "folder/mixed.Jpg", "folder/notes.txt"}) {
-            QFile file(dir_.filePath(name));
-            QVERIFY(file.open(QIODevice::WriteOnly) && file.write("not an image\n") > 0);
+            QVERIFY(!dir_.write(name, "not an image\n").isEmpty());
         }
     }
 
@@ -62,9 +61,9 @@ class InfoCommandTest : public QObject {
         if (!QFileInfo::exists(pentax_)) {
             QSKIP("no camera photos beside the repository");
         }
-        QVERIFY(QFile::copy(pentax_, dir_.filePath("folder/pentax.jpg")));
+        QVERIFY(QFile::copy(pentax_, dir_.path("folder/pentax.jpg")));
         const auto [status, out, err] =
-            runInfo({"--json", "--date-type", "1", "--time-type", "1", dir_.filePath("folder")});
+            runInfo({"--json", "--date-type", "1", "--time-type", "1", dir_.path("folder")});
         QCOMPARE(status, 0);
         // mixed.Jpg is listed, but its extension is not an image type as written.
         const QJsonArray records = QJsonDocument::fromJson(out.toUtf8()).array();
@@ -84,20 +83,31 @@ class InfoCommandTest : public QObject {
         QVERIFY(broken["DateTimeOriginal"].isNull());
     }
 
+    // Without options the layout last saved is used; one that writes nothing is no date text.
+    void savedTypesAreTheDefault_data() {
+        QTest::addColumn<QString>("dateType");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("month/day/year, 12-hour") << "2"
+                                                 << "dateText=\"05/04/2008 04:47:24 PM\"";
+        QTest::newRow("no such layout") << "9"
+                                        << "dateText=none";
+    }
     void savedTypesAreTheDefault() {
-        if (!QFileInfo::exists(pentax_)) {
-            QSKIP("no camera photos beside the repository");
-        }
+        QFETCH(QString, dateType);
+        QFETCH(QString, expected);
+        PhotoSpec spec;
+        spec.dateTimeOriginal = "2008:05:04 16:47:24";
+        const QString photo = dir_.photo("dated.jpg", spec);
         QSettings settings;
-        settings.setValue("gDateType", "2");
+        settings.setValue("gDateType", dateType);
         settings.setValue("gTimeType", "2");
         settings.sync();
-        const auto [status, out, err] = runInfo({pentax_});
+        const auto [status, out, err] = runInfo({photo});
         settings.remove("gDateType");
         settings.remove("gTimeType");
         QCOMPARE(status, 0);
         QCOMPARE(out.count('\n'), 1);
-        QVERIFY2(out.contains("dateText=\"05/04/2008 04:47:24 PM\""), qPrintable(out));
+        QVERIFY2(out.trimmed().endsWith(expected), qPrintable(out));
     }
 };
 

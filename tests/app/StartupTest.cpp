@@ -1,7 +1,4 @@
-#include <QAction>
 #include <QLabel>
-#include <QMenu>
-#include <QMenuBar>
 #include <QSettings>
 #include <QTest>
 
@@ -9,7 +6,6 @@
 #include "TestRegistry.h"
 #include "app/SettingValues.h"
 #include "app/WindowPlacement.h"
-#include "ui_MainWindow.h"
 
 namespace {
 QColor storedColour(const QSettings& settings) {
@@ -145,31 +141,6 @@ class StartupTest : public QObject {
         QCOMPARE(d.gTimeType(), 0);
         QCOMPARE(d.aColor(), QColor(Qt::red));
         QCOMPARE(d.aFont().pointSizeF(), expectedFontSize);
-    }
-
-    void noPhotosStateAfterStartUp() {
-        AppFixture app;
-        StampwiseAppDelegate& d = app.start();
-        Ui::MainWindow& ui = app.window->ui();
-        QVERIFY(ui.actionAddFiles->isEnabled());
-        QVERIFY(ui.actionAddFolder->isEnabled());
-        for (QAction* item :
-             {ui.actionRemoveTicked, ui.actionClearAll, ui.actionTickAll, ui.actionUntickAll,
-              ui.actionStamp, ui.actionRemoveTickedMenu, ui.actionClearAllMenu,
-              ui.actionTickAllMenu, ui.actionUntickAllMenu, ui.actionStampMenu}) {
-            QVERIFY2(!item->isEnabled(), qPrintable(item->text()));
-        }
-        for (qint64 tag : {31031, 31007, 31039, 31036, 31034, 31037, 31080, 31084, 31202, 31010,
-                           31002, 31035, 31201, 35001}) {
-            QVERIFY2(!app.control<QWidget>(tag)->isEnabled(), qPrintable(QString::number(tag)));
-        }
-        QVERIFY(!d.aMatrix()->isEnabled());
-        // Never switched by the photo state.
-        QVERIFY(app.control<QWidget>(31200)->isEnabled());
-        QVERIFY(app.control<QWidget>(40100)->isEnabled());
-        QVERIFY(ui.actionAddFilesMenu->isEnabled());
-        QVERIFY(ui.actionQuit->isEnabled());
-        QCOMPARE(d.totalAmount(), 0);
     }
 
     void centredOrigin() {
