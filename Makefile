@@ -10,7 +10,7 @@ PACKAGES := cmake g++ make pkg-config \
 	libexiv2-dev libicu-dev fonts-dejavu-core fonts-dejavu-extra \
 	libjpeg-turbo-progs xvfb xauth
 
-.PHONY: all deps build run test test-asan bench contactsheets fuzz clean
+.PHONY: all deps build run test test-asan test-tsan format-check bench contactsheets fuzz clean
 
 all: build
 
@@ -46,6 +46,20 @@ test-asan: deps
 	cd $(ASAN_DIR) && QT_QPA_PLATFORM=offscreen ASAN_OPTIONS=detect_leaks=0 \
 	  UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 ctest --output-on-failure -j $(JOBS)
 
+# ThreadSanitizer over the tests whose code runs on several threads.
+TSAN_DIR ?= build-tsan
+test-tsan: deps
+	cmake -S . -B $(TSAN_DIR) -DCMAKE_BUILD_TYPE=Debug -DSTAMPWISE_SANITIZE_THREAD=ON
+	cmake --build $(TSAN_DIR) --target tst_catalog tst_app -j $(JOBS)
+	cd $(TSAN_DIR) && QT_QPA_PLATFORM=offscreen \
+	  TSAN_OPTIONS="halt_on_error=1 second_deadlock_stack=1 suppressions=$(CURDIR)/tools/tsan.supp" \
+	  ctest --output-on-failure -R '^(catalog|app)$$'
+
+# Every C++ file as .clang-format wants it (clang-format comes from Debian).
+format-check:
+	$(MAKE) deps PACKAGES="clang-format"
+	git ls-files '*.cpp' '*.h' | xargs clang-format --dry-run --Werror
+
 bench: build
 	cmake --build $(BUILD_DIR) --target bench -j $(JOBS)
 
@@ -68,4 +82,4 @@ fuzz: deps
 	done
 
 clean:
-	rm -rf $(BUILD_DIR) $(ASAN_DIR)
+	rm -rf $(BUILD_DIR) $(ASAN_DIR) $(TSAN_DIR)

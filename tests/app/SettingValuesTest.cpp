@@ -6,66 +6,41 @@
 class SettingValuesTest : public QObject {
     Q_OBJECT
   private slots:
-    void integerValue_data() {
+    // One stored string, read as an integer, a float and a yes/no.
+    void readings_data() {
         QTest::addColumn<QString>("text");
-        QTest::addColumn<qint64>("expected");
-        QTest::newRow("plain") << "3" << qint64(3);
-        QTest::newRow("leading space") << "  \t42" << qint64(42);
-        QTest::newRow("trailing words") << "12abc" << qint64(12);
-        QTest::newRow("negative") << "-7" << qint64(-7);
-        QTest::newRow("plus sign") << "+5" << qint64(5);
-        QTest::newRow("word") << "nine" << qint64(0);
-        QTest::newRow("empty") << "" << qint64(0);
-        QTest::newRow("decimal") << "2.9" << qint64(2);
-        QTest::newRow("huge saturates")
-            << "99999999999999999999" << std::numeric_limits<qint64>::max();
-        QTest::newRow("space inside") << "1 2" << qint64(1);
+        QTest::addColumn<qint64>("integer");
+        QTest::addColumn<float>("real");
+        QTest::addColumn<bool>("yes");
+        const qint64 huge = std::numeric_limits<qint64>::max();
+        QTest::newRow("leading space, trailing text") << " \t42.5pt" << qint64(42) << 42.5F << true;
+        QTest::newRow("negative") << "-7" << qint64(-7) << -7.0F << true;
+        QTest::newRow("plus sign") << "+5" << qint64(5) << 5.0F << true;
+        QTest::newRow("word") << "nine" << qint64(0) << 0.0F << false;
+        QTest::newRow("empty") << "" << qint64(0) << 0.0F << false;
+        QTest::newRow("huge saturates") << "99999999999999999999" << huge << 1e20F << true;
+        QTest::newRow("exponent") << "1e2" << qint64(1) << 100.0F << true;
+        QTest::newRow("dangling exponent") << "2e" << qint64(2) << 2.0F << true;
+        QTest::newRow("nan spelling") << "nan" << qint64(0) << 0.0F << false;
+        QTest::newRow("inf spelling") << "inf" << qint64(0) << 0.0F << false;
+        QTest::newRow("hex is not decimal") << "0x10" << qint64(0) << 0.0F << false;
+        QTest::newRow("space inside") << "1 2" << qint64(1) << 1.0F << true;
+        QTest::newRow("leading zeros then 1") << "001" << qint64(1) << 1.0F << true;
+        QTest::newRow("zeros only") << "000" << qint64(0) << 0.0F << false;
+        QTest::newRow("true") << "true" << qint64(0) << 0.0F << true;
+        QTest::newRow("YES") << "YES" << qint64(0) << 0.0F << true;
+        QTest::newRow("T after space") << "  T" << qint64(0) << 0.0F << true;
+        QTest::newRow("false") << "false" << qint64(0) << 0.0F << false;
+        QTest::newRow("other word") << "maybe" << qint64(0) << 0.0F << false;
     }
-    void integerValue() {
+    void readings() {
         QFETCH(QString, text);
-        QFETCH(qint64, expected);
-        QCOMPARE(SettingValues::integerValue(text), expected);
-    }
-
-    void floatValue_data() {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<float>("expected");
-        QTest::newRow("plain") << "12.5" << 12.5F;
-        QTest::newRow("leading space, trailing text") << " 3.25pt" << 3.25F;
-        QTest::newRow("exponent") << "1e2" << 100.0F;
-        QTest::newRow("dangling exponent") << "2e" << 2.0F;
-        QTest::newRow("word") << "wide" << 0.0F;
-        QTest::newRow("nan spelling is not a number") << "nan" << 0.0F;
-        QTest::newRow("inf spelling is not a number") << "inf" << 0.0F;
-        QTest::newRow("hex is not decimal") << "0x10" << 0.0F;
-    }
-    void floatValue() {
-        QFETCH(QString, text);
-        QFETCH(float, expected);
-        QCOMPARE(SettingValues::floatValue(text), expected);
-    }
-
-    void boolValue_data() {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<bool>("expected");
-        QTest::newRow("true") << "true" << true;
-        QTest::newRow("YES") << "YES" << true;
-        QTest::newRow("y") << "y" << true;
-        QTest::newRow("T after space") << "  T" << true;
-        QTest::newRow("digit") << "7" << true;
-        QTest::newRow("leading zeros then 1") << "001" << true;
-        QTest::newRow("signed") << "-1" << true;
-        QTest::newRow("false") << "false" << false;
-        QTest::newRow("no") << "no" << false;
-        QTest::newRow("zero") << "0" << false;
-        QTest::newRow("zeros only") << "000" << false;
-        QTest::newRow("empty") << "" << false;
-        QTest::newRow("other word") << "maybe" << false;
-    }
-    void boolValue() {
-        QFETCH(QString, text);
-        QFETCH(bool, expected);
-        QCOMPARE(SettingValues::boolValue(text), expected);
+        QFETCH(qint64, integer);
+        QFETCH(float, real);
+        QFETCH(bool, yes);
+        QCOMPARE(SettingValues::integerValue(text), integer);
+        QCOMPARE(SettingValues::floatValue(text), real);
+        QCOMPARE(SettingValues::boolValue(text), yes);
     }
 
     void colourRoundTrip() {
