@@ -2,24 +2,19 @@
 #include <QDir>
 #include <QFile>
 #include <QImage>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QtEndian>
 #include <csignal>
 
 #include "TestRegistry.h"
+#include "common/Sandbox.h"
+#include "common/TestImages.h"
 #include "stamp/ImageWriter.h"
 
 namespace {
-// Every pixel differs from its neighbours, so a shifted or flipped row shows.
+// Neighbouring pixels differ, so a shifted or flipped row shows.
 QImage pattern(int w, int h, QImage::Format format = QImage::Format_RGB32) {
-    QImage image(w, h, QImage::Format_RGB32);
-    for (int y = 0; y < h; ++y) {
-        for (int x = 0; x < w; ++x) {
-            image.setPixel(x, y, qRgb((x * 7) & 255, (y * 13) & 255, (x + y * 3) & 255));
-        }
-    }
-    return image.convertToFormat(format);
+    return TestImages::pattern(QSize(w, h)).convertToFormat(format);
 }
 
 QByteArray readAll(const QString& path) {
@@ -30,7 +25,7 @@ QByteArray readAll(const QString& path) {
 
 class ImageWriterTest : public QObject {
     Q_OBJECT
-    QTemporaryDir dir_;
+    Sandbox dir_;
 
   private slots:
     // Only the pixel size counts, whatever resolution the photo states; a drawn
@@ -49,7 +44,7 @@ class ImageWriterTest : public QObject {
         QImage image = pattern(source.width(), source.height());
         image.setDotsPerMeterX(qRound(300 / 0.0254));  // 300 dpi
         image.setDotsPerMeterY(qRound(300 / 0.0254));
-        const QString path = dir_.filePath("size.bmp");
+        const QString path = dir_.path("size.bmp");
         QVERIFY(ImageWriter::saveImage(image, output.width(), output.height(), path));
         const QImage back = QImage(path, "bmp").convertToFormat(QImage::Format_RGB32);
         QCOMPARE(back.size(), output);
@@ -74,7 +69,7 @@ class ImageWriterTest : public QObject {
     void writesPlainBmp() {
         QFETCH(QString, name);
         QFETCH(int, format);
-        const QString path = dir_.filePath(name);
+        const QString path = dir_.path(name);
         QVERIFY(ImageWriter::saveImage(pattern(37, 11, QImage::Format(format)), 37, 11, path));
         const QByteArray b = readAll(path);
         QCOMPARE(b.left(2), QByteArray("BM"));
@@ -95,10 +90,10 @@ class ImageWriterTest : public QObject {
     }
 
     void failsWithoutTouchingEarlierFile() {
-        const QString path = dir_.filePath("IMG_0002.JPG");
+        const QString path = dir_.path("IMG_0002.JPG");
         QVERIFY(ImageWriter::saveImage(pattern(16, 16), 16, 16, path));
         const QByteArray before = readAll(path);
-        QVERIFY(!ImageWriter::saveImage(pattern(8, 8), 8, 8, dir_.filePath("missing/x.JPG")));
+        QVERIFY(!ImageWriter::saveImage(pattern(8, 8), 8, 8, dir_.path("missing/x.JPG")));
         QVERIFY(!ImageWriter::saveImage(QImage(), 8, 8, path));
         // A write that fails half-way, even for root: cap this process's file size.
         rlimit saved{};

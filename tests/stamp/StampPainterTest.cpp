@@ -4,23 +4,9 @@
 #include <QTest>
 
 #include "TestRegistry.h"
+#include "common/TestImages.h"
 #include "stamp/StampPainter.h"
 #include "stamp/TextMetrics.h"
-
-namespace {
-// The smallest rectangle holding every pixel that is not the background.
-QRect inkBounds(const QImage& image, QRgb background) {
-    QRect bounds;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            if ((image.pixel(x, y) & 0xffffff) != (background & 0xffffff)) {
-                bounds |= QRect(x, y, 1, 1);
-            }
-        }
-    }
-    return bounds;
-}
-}  // namespace
 
 class StampPainterTest : public QObject {
     Q_OBJECT
@@ -54,7 +40,7 @@ class StampPainterTest : public QObject {
         const QImage drawn = StampPainter::drawStamp(std::move(photo), text, font, Qt::black,
                                                      {float(at.x()), float(at.y())});
         QCOMPARE(drawn.dotsPerMeterX(), qRound(dpi / 0.0254));
-        const QRect ink = inkBounds(drawn, qRgb(255, 255, 255));
+        const QRect ink = TestImages::inkBounds(drawn, qRgb(255, 255, 255));
         const double bottom = drawn.height() - at.y();  // Qt rows grow downward
         QVERIFY2(ink.left() >= at.x() - 1 && ink.right() <= at.x() + box.width() + 1,
                  qPrintable(QString("%1..%2").arg(ink.left()).arg(ink.right())));
