@@ -3,11 +3,13 @@
 #include <cmath>
 
 #include "TestRegistry.h"
+#include "common/TestImages.h"
 #include "preview/Lanczos.h"
 #include "preview/Pointillize.h"
 #include "preview/SlideshowView.h"
 #include "preview/Transitions.h"
 
+using TestImages::difference;
 using Transitions::Kind;
 
 namespace {
@@ -15,36 +17,11 @@ namespace {
 // Large enough for the page curl's 100-point roll to show its back.
 constexpr int kW = 480;
 constexpr int kH = 320;
+constexpr float kPi = 3.14159265f;
 
 // Two busy, clearly different frames.
 QImage frame(bool second) {
-    QImage image(kW, kH, QImage::Format_RGB32);
-    for (int y = 0; y < kH; ++y) {
-        for (int x = 0; x < kW; ++x) {
-            const int stripe = ((x / 24 + y / 24) & 1) * 60;
-            image.setPixel(x, y,
-                           second ? qRgb(30 + stripe, 200 - y / 4, 40 + x / 4)
-                                  : qRgb(220 - x / 4, 40 + stripe, 30 + y / 2));
-        }
-    }
-    return image;
-}
-
-// The largest and the mean difference of any channel between two images.
-std::pair<int, double> difference(const QImage& a, const QImage& b) {
-    int worst = 0;
-    double sum = 0;
-    for (int y = 0; y < a.height(); ++y) {
-        for (int x = 0; x < a.width(); ++x) {
-            const QRgb p = a.pixel(x, y);
-            const QRgb q = b.pixel(x, y);
-            for (int d : {qRed(p) - qRed(q), qGreen(p) - qGreen(q), qBlue(p) - qBlue(q)}) {
-                worst = std::max(worst, std::abs(d));
-                sum += std::abs(d);
-            }
-        }
-    }
-    return {worst, sum / (3.0 * a.width() * a.height())};
+    return TestImages::pattern(QSize(kW, kH), second ? 1 : 0);
 }
 
 // The transition the preview installs for a style at the test's size.
@@ -54,6 +31,16 @@ Transitions::Transition installed(int style) {
     view.setTransitionStyle(style == 0 ? 1 : 0);
     view.setTransitionStyle(style);
     return view.transition();
+}
+
+// A kind with its own defaults over the whole frame, centred.
+Transitions::Transition plain(Kind kind) {
+    Transitions::Transition t;
+    t.kind = kind;
+    t.inputs = Transitions::defaultInputs(kind);
+    t.inputs.extent = QRectF(0, 0, kW, kH);
+    t.inputs.center = QPointF(kW / 2.0, kH / 2.0);
+    return t;
 }
 
 }  // namespace
@@ -75,23 +62,20 @@ class TransitionsTest : public QObject {
         const Transitions::Transition t = installed(style);
         const QImage from = frame(false);
         const QImage to = frame(true);
-        QVERIFY(difference(Transitions::render(t, from, to, 0.0), from).first <= 2);
-        QVERIFY(difference(Transitions::render(t, from, to, 1.0), to).first <= 2);
+        QVERIFY(difference(Transitions::render(t, from, to, 0.0), from).worst <= 2);
+        QVERIFY(difference(Transitions::render(t, from, to, 1.0), to).worst <= 2);
         for (double p : {0.25, 0.5, 0.75}) {
             const QImage mid = Transitions::render(t, from, to, p);
-            QCOMPARE(mid.size(), from.size());
-            QVERIFY2(difference(mid, from).second > 2.0 && difference(mid, to).second > 2.0,
+            QVERIFY2(difference(mid, from).mean > 2.0 && difference(mid, to).mean > 2.0,
                      qPrintable(QString("at %1").arg(p)));
         }
         for (const QSize size : {QSize(1, 1), QSize(7, 3), QSize(2, 300), QSize(700, 500)}) {
-            QImage old(size, QImage::Format_RGB32);
-            QImage next(size, QImage::Format_RGB32);
-            old.fill(Qt::darkRed);
-            next.fill(Qt::cyan);
+            const QImage old = TestImages::solid(size, Qt::darkRed);
+            const QImage next = TestImages::solid(size, Qt::cyan);
             for (double p : {0.0, 0.3, 0.6}) {
                 QCOMPARE(Transitions::render(t, old, next, p).size(), size);
             }
-            QVERIFY(difference(Transitions::render(t, old, next, 1.0), next).first <= 2);
+            QVERIFY(difference(Transitions::render(t, old, next, 1.0), next).worst <= 2);
         }
     }
 
@@ -122,57 +106,140 @@ class TransitionsTest : public QObject {
                 to.setPixel(x, y, qRgb(0, x, 0));
             }
         }
-        Transitions::Transition t;
-        t.kind = kind;
-        QCOMPARE(Transitions::render(t, from, to, 0.25).pixel(column, 2), expected);
+        QCOMPARE(Transitions::render(plain(kind), from, to, 0.25).pixel(column, 2), expected);
     }
 
-    // Each setting the preview passes changes what the transition shows.
-    void everySettingMatters_data() {
-        QTest::addColumn<int>("style");
-        QTest::addColumn<QString>("setting");
+    // Settings are y-up: a centre or an extent low in the view, or an angle
+    // pointing up, acts first on the frame's bottom rows (image rows run down).
+    // With a partial extent the new frame is the old one, so only the effect
+    // itself shows.
+    void geometryIsYUp_data() {
+        QTest::addColumn<Kind>("kind");
+        QTest::addColumn<QPointF>("center");
+        QTest::addColumn<QRectF>("extent");
+        QTest::addColumn<float>("angle");
         QTest::addColumn<double>("progress");
-        QTest::newRow("copy machine extent") << 4 << "extent" << 0.5;
-        QTest::newRow("copy machine angle") << 4 << "angle" << 0.5;
-        QTest::newRow("disintegrate mask") << 5 << "mask" << 0.5;
-        QTest::newRow("flash centre") << 7 << "center" << 0.25;
-        QTest::newRow("flash extent") << 7 << "extent" << 0.25;
-        QTest::newRow("mod centre") << 8 << "center" << 0.4;
-        QTest::newRow("mod angle") << 8 << "angle" << 0.4;
-        QTest::newRow("page curl angle") << 9 << "angle" << 0.4;
-        QTest::newRow("page curl extent") << 9 << "extent" << 0.4;
-        QTest::newRow("page curl shading") << 9 << "shading" << 0.4;
-        QTest::newRow("page curl backside") << 9 << "backside" << 0.4;
-        QTest::newRow("ripple centre") << 10 << "center" << 0.4;
-        QTest::newRow("ripple extent") << 10 << "extent" << 0.4;
-        QTest::newRow("ripple shading") << 10 << "shading" << 0.4;
-        QTest::newRow("swipe angle") << 11 << "angle" << 0.5;
+        QTest::addColumn<QRect>("changes");  // image rows, y down
+        QTest::addColumn<QRect>("keeps");
+        const QPointF mid(kW / 2.0, kH / 2.0);
+        const QPointF low(60, 60);
+        const QRectF all(0, 0, kW, kH);
+        const QRectF lowerHalf(0, 0, kW, kH / 2.0);
+        const QRect lowerLeft(0, kH - 80, 80, 80);
+        const QRect upperLeft(0, 0, 80, 80);
+        const QRect bottom(0, kH - 80, kW, 80);
+        const QRect top(0, 0, kW, 120);
+        const QRect belowMid(160, kH / 2 + 10, 160, 40);
+        const QRect aboveMid(160, kH / 2 - 50, 160, 40);
+        QTest::newRow("flash centre")
+            << Kind::Flash << low << all << 0.0f << 0.15 << lowerLeft << upperLeft;
+        QTest::newRow("ripple centre")
+            << Kind::Ripple << low << all << 0.0f << 0.1 << lowerLeft << upperLeft;
+        QTest::newRow("mod centre")
+            << Kind::Mod << low << all << 2.0f << 0.06 << lowerLeft << upperLeft;
+        QTest::newRow("flash extent")
+            << Kind::Flash << mid << lowerHalf << 0.0f << 0.25 << belowMid << aboveMid;
+        QTest::newRow("ripple extent")
+            << Kind::Ripple << mid << lowerHalf << 0.0f << 0.3 << belowMid << aboveMid;
+        QTest::newRow("copy machine extent")
+            << Kind::CopyMachine << mid << lowerHalf << 0.0f << 0.4 << belowMid << aboveMid;
+        QTest::newRow("page curl extent") << Kind::PageCurl << mid << lowerHalf << -kPi / 2 << 0.2
+                                          << QRect(0, kH - 30, kW, 30) << top;
+        QTest::newRow("copy machine angle")
+            << Kind::CopyMachine << mid << all << kPi / 2 << 0.3 << bottom << top;
+        QTest::newRow("swipe angle")
+            << Kind::Swipe << mid << all << kPi / 2 << 0.3 << bottom << top;
+        // Rolls up from the corner the angle points to.
+        QTest::newRow("page curl angle")
+            << Kind::PageCurl << mid << all << -kPi / 4 << 0.2 << QRect(kW - 80, kH - 80, 80, 80)
+            << QRect(kW - 80, 0, 80, 80);
+        // A mask half the view's height lies along its bottom edge; its white
+        // crumbles last, while the unmasked part goes first.
+        QTest::newRow("disintegrate mask")
+            << Kind::DisintegrateWithMask << mid << all << 0.0f << 0.5 << top << bottom;
     }
-    void everySettingMatters() {
-        QFETCH(int, style);
-        QFETCH(QString, setting);
+    void geometryIsYUp() {
+        QFETCH(Kind, kind);
+        QFETCH(QPointF, center);
+        QFETCH(QRectF, extent);
+        QFETCH(float, angle);
         QFETCH(double, progress);
-        const Transitions::Transition base = installed(style);
-        Transitions::Transition changed = base;
-        Transitions::Inputs& in = changed.inputs;
-        if (setting == "extent") {
-            in.extent = QRectF(0, 0, kW / 2.0, kH);
-        } else if (setting == "angle") {
-            in.angle += 1.2f;
-        } else if (setting == "center") {
-            in.center = QPointF(20, 20);
-        } else if (setting == "shading") {
-            in.shadingImage = QImage();
-        } else if (setting == "backside") {
-            in.backsideImage = QImage();
-        } else if (setting == "mask") {
-            in.maskImage.invertPixels();
+        QFETCH(QRect, changes);
+        QFETCH(QRect, keeps);
+        Transitions::Transition t = plain(kind);
+        t.inputs.center = center;
+        t.inputs.extent = extent;
+        t.inputs.angle = angle;
+        if (kind == Kind::DisintegrateWithMask) {
+            t.inputs.maskImage = QImage(kW, kH / 2, QImage::Format_Grayscale8);
+            t.inputs.maskImage.fill(255);
+        }
+        if (kind == Kind::Mod) {
+            // Small holes, so that some lie close to the centre.
+            t.inputs.radius = 40;
+            t.inputs.compression = 80;
         }
         const QImage from = frame(false);
+        const QImage to = extent == QRectF(0, 0, kW, kH) ? frame(true) : from;
+        const QImage shown = Transitions::render(t, from, to, progress);
+        const double changed = difference(shown, from, changes).mean;
+        const int kept = difference(shown, from, keeps).worst;
+        QVERIFY2(changed > 1.0 && kept <= 2, qPrintable(QString("%1 %2").arg(changed).arg(kept)));
+    }
+
+    // Mod's holes are slits along its angle (y-up): a changed pixel's
+    // neighbour along the angle has changed too, more often than one across it.
+    void modHolesRunAlongTheAngle_data() {
+        QTest::addColumn<float>("angle");
+        QTest::newRow("shallow") << 0.3f;
+        QTest::newRow("diagonal") << kPi / 4;
+    }
+    void modHolesRunAlongTheAngle() {
+        QFETCH(float, angle);
+        Transitions::Transition t = plain(Kind::Mod);
+        t.inputs.angle = angle;
+        t.inputs.compression = 1500;  // slits ten times longer than wide
+        const QImage from = frame(false);
+        const QImage shown = Transitions::render(t, from, frame(true), 0.4);
+        auto together = [&](float a) {
+            const int dx = qRound(12 * std::cos(a));
+            const int dy = -qRound(12 * std::sin(a));  // image rows run down
+            int changed = 0;
+            int both = 0;
+            for (int y = 12; y < kH - 12; ++y) {
+                for (int x = 12; x < kW - 12; ++x) {
+                    if (shown.pixel(x, y) != from.pixel(x, y)) {
+                        ++changed;
+                        both += shown.pixel(x + dx, y + dy) != from.pixel(x + dx, y + dy);
+                    }
+                }
+            }
+            return double(both) / std::max(1, changed);
+        };
+        const double along = together(angle);
+        const double across = together(angle + kPi / 2);
+        QVERIFY2(along > across + 0.3, qPrintable(QString("%1 %2").arg(along).arg(across)));
+    }
+
+    // The shading and backside images light what the transition shows.
+    void shadingMatters_data() {
+        QTest::addColumn<int>("style");
+        QTest::addColumn<bool>("backside");  // or the shading image
+        QTest::newRow("page curl shading") << 9 << false;
+        QTest::newRow("page curl backside") << 9 << true;
+        QTest::newRow("ripple shading") << 10 << false;
+    }
+    void shadingMatters() {
+        QFETCH(int, style);
+        QFETCH(bool, backside);
+        const Transitions::Transition base = installed(style);
+        Transitions::Transition changed = base;
+        (backside ? changed.inputs.backsideImage : changed.inputs.shadingImage) = QImage();
+        const QImage from = frame(false);
         const QImage to = frame(true);
-        const double d = difference(Transitions::render(base, from, to, progress),
-                                    Transitions::render(changed, from, to, progress))
-                             .second;
+        const double d = difference(Transitions::render(base, from, to, 0.4),
+                                    Transitions::render(changed, from, to, 0.4))
+                             .mean;
         QVERIFY2(d > 1.0, qPrintable(QString::number(d)));
     }
 
