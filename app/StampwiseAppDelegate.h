@@ -1,19 +1,16 @@
 #pragma once
 
-#include <QColor>
-#include <QDateTime>
-#include <QFont>
+#include <QMenuBar>
 #include <QObject>
 #include <QPointer>
+#include <QScrollArea>
+#include <QSplitter>
 #include <QString>
+#include <QToolBar>
 #include <map>
 #include <memory>
 #include <optional>
 
-#include <QMenuBar>
-#include <QScrollArea>
-#include <QSplitter>
-#include <QToolBar>
 #include "app/ControlRegistry.h"
 #include "app/ControllerState.h"
 #include "app/MainWindow.h"
