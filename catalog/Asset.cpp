@@ -3,6 +3,8 @@
 #include <QFileInfo>
 #include <QHash>
 
+#include "catalog/RegularFile.h"
+
 namespace {
 
 // Our own names for the kinds of file a user may load, by lower-case extension.
@@ -65,8 +67,8 @@ QString Asset::localizedTypeDescription() const {
 
 quint64 Asset::fileSize() {
     if (fileSize_ == 0) {
-        const QFileInfo info(fullFilename());
-        fileSize_ = info.exists() ? quint64(info.size()) : 0;
+        const QString path = fullFilename();
+        fileSize_ = RegularFile::exists(path) ? quint64(QFileInfo(path).size()) : 0;
     }
     return fileSize_;
 }

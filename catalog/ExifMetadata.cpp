@@ -8,6 +8,8 @@
 #include <limits>
 #include <mutex>
 
+#include "catalog/RegularFile.h"
+
 namespace ExifMetadata {
 namespace {
 
@@ -297,7 +299,7 @@ class TiffWalker {
 
 Fields readLastTiffPageDates(const QString& path) {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
+    if (!RegularFile::exists(path) || !file.open(QIODevice::ReadOnly)) {
         return {};
     }
     ByteSource src(&file);
@@ -324,6 +326,9 @@ void initialise() {
 
 Fields readFile(const QString& path, bool withThumbnail) {
     initialise();
+    if (!RegularFile::exists(path)) {
+        return {};
+    }
     try {
         auto image = Exiv2::ImageFactory::open(QFile::encodeName(path).toStdString(), false);
         return readImage(image.get(), withThumbnail);

@@ -5,6 +5,7 @@
 #include <QImageReader>
 
 #include "catalog/PcxFormat.h"
+#include "catalog/RegularFile.h"
 
 namespace {
 
@@ -62,6 +63,9 @@ ImageSource::ImageSource(const QString& path) : path_(path) {
 
 const ImageSource::Header& ImageSource::header() {
     std::call_once(headerOnce_, [this] {
+        if (!RegularFile::exists(path_)) {
+            return;
+        }
         QImageReader reader(path_);
         reader.setAllocationLimit(kAllocationLimitMB);
         if (!reader.canRead()) {
