@@ -44,64 +44,86 @@ QStringList ImageAsset::fileTypes() {
     return types;
 }
 
+std::shared_ptr<ImageSource> ImageAsset::SourceSlot::open(const QString& path) {
+    // Held while opening, so that threads asking at once share one open.
+    std::lock_guard lock(mutex);
+    if (!source) {
+        auto attempt = std::make_shared<ImageSource>(path);
+        if (attempt->isReadable()) {
+            source = std::move(attempt);
+        }
+    }
+    return source;
+}
+
+QString ImageAsset::localPath() const {
+    return url().isLocalFile() ? fullFilename() : QString();
+}
+
 bool ImageAsset::createImageSource() {
-    std::call_once(sourceOnce_, [this] {
-        const QString path = url().isLocalFile() ? fullFilename() : QString();
-        imageSource_ = std::make_shared<ImageSource>(path);
-    });
-    return !imageSource_->path().isEmpty() && imageSource_->isReadable();
+    return openSource() != nullptr;
 }
 
 std::shared_ptr<ImageSource> ImageAsset::imageSource() const {
-    // Only read after the once-flag has run, so no lock is needed.
-    return imageSource_;
+    std::lock_guard lock(slot_->mutex);
+    return slot_->source;
 }
 
 bool ImageAsset::loadMetadata() {
-    if (!createImageSource()) {
+    const std::shared_ptr<ImageSource> source = openSource();
+    if (!source) {
         return false;
     }
-    imageSource_->dpiX();  // reads the metadata once
+    source->dpiX();  // reads the metadata once
     return true;
 }
 
 qint64 ImageAsset::pixelsWide() {
-    return createImageSource() ? imageSource_->pixelSize().width() : 0;
+    const std::shared_ptr<ImageSource> source = openSource();
+    return source ? source->pixelSize().width() : 0;
 }
 
 qint64 ImageAsset::pixelsHigh() {
-    return createImageSource() ? imageSource_->pixelSize().height() : 0;
+    const std::shared_ptr<ImageSource> source = openSource();
+    return source ? source->pixelSize().height() : 0;
 }
 
 QSize ImageAsset::maxPagePixelSize() {
-    return createImageSource() ? imageSource_->maxPageSize() : QSize(0, 0);
+    const std::shared_ptr<ImageSource> source = openSource();
+    return source ? source->maxPageSize() : QSize(0, 0);
 }
 
 std::optional<QString> ImageAsset::lastPageDateTimeOriginal() {
-    return createImageSource() ? imageSource_->lastPageDateTimeOriginal() : std::nullopt;
+    const std::shared_ptr<ImageSource> source = openSource();
+    return source ? source->lastPageDateTimeOriginal() : std::nullopt;
 }
 
 std::optional<QString> ImageAsset::lastPageDateTimeDigitized() {
-    return createImageSource() ? imageSource_->lastPageDateTimeDigitized() : std::nullopt;
+    const std::shared_ptr<ImageSource> source = openSource();
+    return source ? source->lastPageDateTimeDigitized() : std::nullopt;
 }
 
 QSizeF ImageAsset::pointSize() {
-    return createImageSource() ? imageSource_->pointSize() : QSizeF();
+    const std::shared_ptr<ImageSource> source = openSource();
+    return source ? source->pointSize() : QSizeF();
 }
 
 double ImageAsset::dpiX() {
-    return createImageSource() ? imageSource_->dpiX() : ImageSource::kDefaultDpi;
+    const std::shared_ptr<ImageSource> source = openSource();
+    return source ? source->dpiX() : ImageSource::kDefaultDpi;
 }
 
 double ImageAsset::dpiY() {
-    return createImageSource() ? imageSource_->dpiY() : ImageSource::kDefaultDpi;
+    const std::shared_ptr<ImageSource> source = openSource();
+    return source ? source->dpiY() : ImageSource::kDefaultDpi;
 }
 
 bool ImageAsset::loadPreviewImage() {
-    if (!createImageSource()) {
+    const std::shared_ptr<ImageSource> source = openSource();
+    if (!source) {
         return false;
     }
-    const QImage image = imageSource_->thumbnail();
+    const QImage image = source->thumbnail();
     deliverPreview(QPointer<ImageAsset>(this), image);
     return !image.isNull();
 }
@@ -129,15 +151,16 @@ void ImageAsset::requestPreviewImage() {
     }
     previewInFlight_ = true;
     inFlightGeneration_ = poolGeneration.load();
-    createImageSource();
-    const std::shared_ptr<ImageSource> source = imageSource_;
+    // Opened by the worker: probing the file is I/O, kept off the main thread.
+    const std::shared_ptr<SourceSlot> slot = slot_;
     const std::shared_ptr<std::atomic_bool> alive = alive_;
     const QPointer<ImageAsset> self(this);
-    pool->start([source, alive, self] {
+    pool->start([slot, path = localPath(), alive, self] {
         if (!alive->load() || previewPoolClosed.load()) {
             return;
         }
-        deliverPreview(self, source->isReadable() ? source->thumbnail() : QImage());
+        const std::shared_ptr<ImageSource> source = slot->open(path);
+        deliverPreview(self, source ? source->thumbnail() : QImage());
     });
 }
 

@@ -23,8 +23,9 @@ class ImageAsset : public Asset {
     // Every extension the image readers accept, in lower and in upper case.
     static QStringList fileTypes();
 
-    // Opens the image source once; false when the file is not a readable image.
-    // Safe from any thread.
+    // Opens the image source; false when the file is not a readable image yet.
+    // A source that opened is kept and shared; after a failure the next call
+    // tries again, since the file may still be arriving. Safe from any thread.
     bool createImageSource();
     bool loadMetadata() override;
     bool loadPreviewImage() override;
@@ -44,8 +45,8 @@ class ImageAsset : public Asset {
     double dpiX();
     double dpiY();
 
-    // The opened source, or null before createImageSource(); shared so that a
-    // preview worker can keep using it if the asset goes away.
+    // The opened source, or null until createImageSource() has succeeded;
+    // shared so that a preview worker can keep using it if the asset goes away.
     std::shared_ptr<ImageSource> imageSource() const;
 
     // Waits for the preview workers and drops work not yet started. Runs at
@@ -54,10 +55,20 @@ class ImageAsset : public Asset {
     static QThreadPool* previewPool();
 
   private:
-    static void deliverPreview(QPointer<ImageAsset> asset, const QImage& image);
+    // Holds the source once it opened; shared with preview workers, which may
+    // outlive the asset.
+    struct SourceSlot {
+        std::mutex mutex;
+        std::shared_ptr<ImageSource> source;
+        // The kept source, else a new attempt on path; null when unreadable.
+        std::shared_ptr<ImageSource> open(const QString& path);
+    };
 
-    mutable std::once_flag sourceOnce_;
-    std::shared_ptr<ImageSource> imageSource_;
+    static void deliverPreview(QPointer<ImageAsset> asset, const QImage& image);
+    QString localPath() const;
+    std::shared_ptr<ImageSource> openSource() { return slot_->open(localPath()); }
+
+    const std::shared_ptr<SourceSlot> slot_ = std::make_shared<SourceSlot>();
     // Cleared when the asset goes away so queued preview work can be skipped.
     std::shared_ptr<std::atomic_bool> alive_ = std::make_shared<std::atomic_bool>(true);
     // Set while a preview request waits in the pool (main thread only).
