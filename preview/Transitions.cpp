@@ -98,6 +98,76 @@ inline Pixel at(const QImage& image, int x, int y) {
     return rowOf(image, y)[x];
 }
 
+// Reads an image between its pixels, within an area of it.
+struct Sampler {
+    const uchar* bits;
+    qsizetype stride;
+    QRect area;
+
+    Sampler(const QImage& image, const QRect& within)
+        : bits(image.constBits()), stride(image.bytesPerLine()), area(within) {}
+
+    const Pixel* row(int y) const { return reinterpret_cast<const Pixel*>(bits + y * stride); }
+
+    // The image at (x, y), pixel centres lying at +0.5, interpolated between
+    // the four nearest pixels of the area (in 1/256 of a pixel, plenty here).
+    Pixel bilinear(float x, float y) const {
+        const int fx =
+            std::clamp(static_cast<int>((x - 0.5f) * 256.0f), area.left() << 8, area.right() << 8);
+        const int fy =
+            std::clamp(static_cast<int>((y - 0.5f) * 256.0f), area.top() << 8, area.bottom() << 8);
+        const int x0 = fx >> 8;
+        const int x1 = std::min(x0 + 1, area.right());
+        const Pixel* r0 = row(fy >> 8);
+        const Pixel* r1 = row(std::min((fy >> 8) + 1, area.bottom()));
+        const quint32 wx = static_cast<quint32>(fx & 0xff);
+        return mix256(mix256(r0[x0], r0[x1], wx), mix256(r1[x0], r1[x1], wx),
+                      static_cast<quint32>(fy & 0xff));
+    }
+};
+
+inline bool isBlack(Pixel p) {
+    return (p & 0xffffffu) == 0;
+}
+
+// Where the photo lies in a preview frame: all but the pure black bars that
+// letterbox it. Empty for an all-black frame.
+QRect photoArea(const QImage& frame) {
+    const int w = frame.width();
+    const int h = frame.height();
+    auto blackRow = [&](int y) {
+        const Pixel* row = rowOf(frame, y);
+        return std::all_of(row, row + w, isBlack);
+    };
+    int top = 0;
+    while (top < h && blackRow(top)) {
+        ++top;
+    }
+    if (top == h) {
+        return {};
+    }
+    int bottom = h - 1;
+    while (blackRow(bottom)) {
+        --bottom;
+    }
+    int left = w - 1;
+    int right = 0;
+    for (int y = top; y <= bottom; ++y) {
+        const Pixel* row = rowOf(frame, y);
+        int x = 0;
+        while (x < left && isBlack(row[x])) {
+            ++x;
+        }
+        left = x;
+        x = w - 1;
+        while (x > right && isBlack(row[x])) {
+            --x;
+        }
+        right = x;
+    }
+    return QRect(QPoint(left, top), QPoint(right, bottom));
+}
+
 QImage asRgb32(const QImage& image) {
     return image.format() == QImage::Format_RGB32 ? image
                                                   : image.convertToFormat(QImage::Format_RGB32);
@@ -666,6 +736,12 @@ QImage ripple(const Inputs& in, const QImage& from, const QImage& to, float t) {
     const float cy = static_cast<float>(f.center.y());
     const float front2 = front * front;
     const float back2 = back > 0 ? back * back : -1.0f;
+    // Each photo ripples within its own area, so the bars beside it are not
+    // pulled in as crescents, nor the photo pulled out over them.
+    const QRect fromArea = photoArea(from);
+    const QRect toArea = photoArea(to);
+    const Sampler fromSampler(from, fromArea);
+    const Sampler toSampler(to, toArea);
     QImage out(from.size(), QImage::Format_RGB32);
     for (int y = 0; y < f.h; ++y) {
         const Pixel* a = rowOf(from, y);
@@ -674,6 +750,8 @@ QImage ripple(const Inputs& in, const QImage& from, const QImage& to, float t) {
         const float py = static_cast<float>(y) + 0.5f;
         const float vy = py - cy;
         const bool rowInExtent = inRows(f.extent, py);
+        const bool rowInFrom = y >= fromArea.top() && y <= fromArea.bottom();
+        const bool rowInTo = y >= toArea.top() && y <= toArea.bottom();
         for (int x = 0; x < f.w; ++x) {
             const float px = static_cast<float>(x) + 0.5f;
             const float vx = px - cx;
@@ -689,14 +767,20 @@ QImage ripple(const Inputs& in, const QImage& from, const QImage& to, float t) {
             const float dist = std::sqrt(d2);
             const float phi = (front - dist) / waveWidth;
             const size_t i = std::min<size_t>(255, static_cast<size_t>(phi * 256.0f));
-            if (!rowInExtent || !inColumns(f.extent, px)) {
+            const bool inFrom = rowInFrom && x >= fromArea.left() && x <= fromArea.right();
+            const bool inTo = rowInTo && x >= toArea.left() && x <= toArea.right();
+            if (!rowInExtent || !inColumns(f.extent, px) || !(inFrom || inTo)) {
                 o[x] = phi > 0.5f ? b[x] : a[x];
                 continue;
             }
             const float k = push[i] / std::max(dist, 1.0f);
-            const int sx = static_cast<int>(px + vx * k);
-            const int sy = static_cast<int>(py + vy * k);
-            const Pixel p = mix256(at(from, sx, sy), at(to, sx, sy), blend[i]);
+            const float sx = px + vx * k;
+            const float sy = py + vy * k;
+            // Near the front only the old frame shows, near the back only the new.
+            const quint32 w = blend[i];
+            const Pixel pa = w == 256 ? 0 : inFrom ? fromSampler.bilinear(sx, sy) : a[x];
+            const Pixel pb = w == 0 ? 0 : inTo ? toSampler.bilinear(sx, sy) : b[x];
+            const Pixel p = w == 0 ? pa : w == 256 ? pb : mix256(pa, pb, w);
             o[x] = glow[i] != 0 ? offset(p, glow[i]) : p;
         }
     }

@@ -24,6 +24,13 @@ QImage frame(bool second) {
     return TestImages::pattern(QSize(kW, kH), second ? 1 : 0);
 }
 
+// A photo on black, as the preview shows it, letterboxed at `photo`.
+QImage onBlack(const QRect& photo, int seed) {
+    QImage image = TestImages::solid(QSize(kW, kH), Qt::black);
+    QPainter(&image).drawImage(photo.topLeft(), TestImages::pattern(photo.size(), seed));
+    return image;
+}
+
 // The transition the preview installs for a style at the test's size.
 Transitions::Transition installed(int style) {
     SlideshowView view;
@@ -219,6 +226,37 @@ class TransitionsTest : public QObject {
         const double along = together(angle);
         const double across = together(angle + kPi / 2);
         QVERIFY2(along > across + 0.3, qPrintable(QString("%1 %2").arg(along).arg(across)));
+    }
+
+    // The ripple moves each photo within its own area: the black bars beside
+    // one photo and above the other are neither pulled into the photos nor
+    // lit, and where both photos are no black shows.
+    void rippleKeepsTheBarsOut() {
+        const QRect wide(60, 0, kW - 120, kH);
+        const QRect tall(0, 40, kW, kH - 80);
+        const QImage from = onBlack(wide, 0);
+        const QImage to = onBlack(tall, 1);
+        const Transitions::Transition t = installed(10);
+        auto dark = [](QRgb c) { return qRed(c) < 20 && qGreen(c) < 20 && qBlue(c) < 20; };
+        for (double p = 0.1; p < 0.95; p += 0.1) {
+            const QImage shown = Transitions::render(t, from, to, p);
+            QVERIFY2(TestImages::boundsWhere(shown.copy(wide & tall), dark).isNull(),
+                     qPrintable(QString("at %1").arg(p)));
+            for (const QRect corner : {QRect(0, 0, 60, 40), QRect(kW - 60, kH - 40, 60, 40)}) {
+                QVERIFY(TestImages::inkBounds(shown.copy(corner), qRgb(0, 0, 0)).isNull());
+            }
+        }
+    }
+
+    // Ripple interpolates its displaced samples: a straight edge between two
+    // greys bends into a curve with in-between greys, not a staircase.
+    void rippleBlendsBetweenPixels() {
+        QImage edge = TestImages::solid(QSize(kW, kH), QColor(60, 60, 60));
+        QPainter(&edge).fillRect(kW / 2, 0, kW / 2, kH, QColor(200, 200, 200));
+        const QImage shown = Transitions::render(plain(Kind::Ripple), edge, edge, 0.3);
+        const QRect between = TestImages::boundsWhere(
+            shown, [](QRgb c) { return qGreen(c) > 80 && qGreen(c) < 180; });
+        QVERIFY2(between.height() > 100, qPrintable(QString::number(between.height())));
     }
 
     // The shading and backside images light what the transition shows.
