@@ -620,13 +620,14 @@ QImage pageCurl(const Inputs& in, const QImage& from, const QImage& to, float t)
     const QRectF& page = f.extent;
 
     // Brightness of the paper (of 256) at roll angle theta: 0 is the flat
-    // front, pi/2 the roll's far side, pi the flat back.
+    // front, pi/2 the roll's far side, pi the flat back. The shading comes in
+    // as the paper turns away, so the roll starts as bright as the flat page.
     auto light = [&](float theta) {
-        const float geometric = 1.0f - 0.3f * std::sin(std::min(theta, kPi * 0.5f));
-        float m = geometric;
+        const float turned = std::sin(std::min(theta, kPi * 0.5f));
+        float m = 1.0f - 0.3f * turned;
         if (profile) {
             const size_t k = std::min<size_t>(255, static_cast<size_t>(theta / kPi * 256.0f));
-            m *= 0.7f + 0.6f * (*profile)[k];
+            m *= 1.0f + (0.6f * (*profile)[k] - 0.3f) * turned;
         }
         return static_cast<int>(m * 256.0f);
     };

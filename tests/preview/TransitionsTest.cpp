@@ -259,6 +259,20 @@ class TransitionsTest : public QObject {
         QVERIFY2(between.height() > 100, qPrintable(QString::number(between.height())));
     }
 
+    // Where the page starts to roll, its front is lit as the flat page is:
+    // the brightness leaves the flat page's without a step.
+    void pageCurlHasNoStepAtTheFold() {
+        const QImage grey = TestImages::solid(QSize(kW, kH), QColor(128, 128, 128));
+        const QImage shown = Transitions::render(installed(9), grey, grey, 0.3);
+        int x = 0;
+        while (x < kW && shown.pixel(x, kH / 2) == grey.pixel(x, kH / 2)) {
+            ++x;
+        }
+        QVERIFY(x < kW);
+        QVERIFY2(std::abs(qGray(shown.pixel(x, kH / 2)) - 128) <= 3,
+                 qPrintable(QString::number(qGray(shown.pixel(x, kH / 2)))));
+    }
+
     // The shading and backside images light what the transition shows.
     void shadingMatters_data() {
         QTest::addColumn<int>("style");
