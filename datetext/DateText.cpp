@@ -58,11 +58,34 @@ QString fromUnicode(const icu::UnicodeString& text) {
     return QString(reinterpret_cast<const QChar*>(text.getBuffer()), text.length());
 }
 
+// The user's time locale as desktop programs read it, looked up on every call:
+// ICU's own default follows LC_MESSAGES and is fixed at its first use.
+icu::Locale timeLocale() {
+    QByteArray name;
+    for (const char* variable : {"LC_ALL", "LC_TIME", "LANG"}) {
+        name = qgetenv(variable);
+        if (!name.isEmpty()) {
+            break;
+        }
+    }
+    // The code set is no part of the language ("C.UTF-8" is "C").
+    const qsizetype codeSet = name.indexOf('.');
+    if (codeSet >= 0) {
+        name.truncate(codeSet);
+    }
+    // English, as the C library writes; ICU would take the empty name for its
+    // root locale (months "M03") and the others for unknown languages.
+    if (name.isEmpty() || name == "C" || name == "POSIX") {
+        return icu::Locale("en_US_POSIX");
+    }
+    return icu::Locale(name.constData());
+}
+
 std::unique_ptr<icu::SimpleDateFormat> makeFormat(const char* pattern, icu::TimeZone* zone) {
     std::unique_ptr<icu::TimeZone> owned(zone);
     UErrorCode status = U_ZERO_ERROR;
     auto format = std::make_unique<icu::SimpleDateFormat>(icu::UnicodeString(pattern, -1, US_INV),
-                                                          icu::Locale::getDefault(), status);
+                                                          timeLocale(), status);
     if (U_FAILURE(status) || !owned) {
         return nullptr;
     }
@@ -157,12 +180,9 @@ std::optional<QDateTime> DateText::dateFromString(const QString& text) {
         return std::nullopt;
     }
 
-    std::unique_ptr<icu::Calendar> local(icu::Calendar::createInstance(
-        icu::TimeZone::createDefault(), icu::Locale::getDefault(), status));
-    if (U_FAILURE(status) || !local) {
-        return std::nullopt;
-    }
-    local->setLenient(false);
+    // The calendar the text was read in (strict, like the format), in the local zone.
+    std::unique_ptr<icu::Calendar> local(wall->clone());
+    local->adoptTimeZone(icu::TimeZone::createDefault());
     local->clear();
     for (const UCalendarDateFields field :
          {UCAL_ERA, UCAL_YEAR, UCAL_MONTH, UCAL_DATE, UCAL_MINUTE, UCAL_SECOND}) {

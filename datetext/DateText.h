@@ -5,8 +5,9 @@
 #include <optional>
 
 // Conversion between instants and stamp texts. Both directions use the user's
-// locale (month names, AM/PM symbols) and the system time zone, so a wall-clock
-// time read from EXIF is written back unchanged.
+// time locale (month names, AM/PM symbols: the first of LC_ALL, LC_TIME and LANG
+// that is set, English for none, "C" or "POSIX") and the system time zone, so a
+// wall-clock time read from EXIF is written back unchanged.
 namespace DateText {
 
 // Date types 0..3 (yyyy:MM:dd, dd-MMM-yyyy, MM/dd/yyyy, MMMM dd, yyyy) and time

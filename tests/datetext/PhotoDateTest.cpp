@@ -1,10 +1,10 @@
 #include <QDateTime>
 #include <QFile>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QVariant>
 
 #include "TestRegistry.h"
+#include "common/Sandbox.h"
 #include "datetext/PhotoDate.h"
 
 class PhotoDateTest : public QObject {
@@ -45,14 +45,13 @@ class PhotoDateTest : public QObject {
     }
 
     void readsFileModificationDate() {
-        QTemporaryDir dir;
-        QFile file(dir.filePath("IMG_0001.JPG"));
-        QVERIFY(file.open(QIODevice::WriteOnly));
+        Sandbox dir;
+        QFile file(dir.touch("IMG_0001.JPG"));
         const QDateTime stamp(QDate(2019, 11, 2), QTime(8, 15, 30), Qt::LocalTime);
-        QVERIFY(file.setFileTime(stamp, QFileDevice::FileModificationTime));
-        file.close();
+        QVERIFY(file.open(QIODevice::ReadOnly) &&
+                file.setFileTime(stamp, QFileDevice::FileModificationTime));
         QCOMPARE(PhotoDate::fileModificationDate(file.fileName()), stamp);
-        QVERIFY(!PhotoDate::fileModificationDate(dir.filePath("missing.jpg")));
+        QVERIFY(!PhotoDate::fileModificationDate(dir.path("missing.jpg")));
     }
 };
 SW_TEST_CLASS(PhotoDateTest)
