@@ -533,6 +533,7 @@ QImage mod(const Inputs& in, const QImage& from, const QImage& to, float t) {
         float inner2;  // below this q^2 the pixel is new and unshaded
         float outer2;  // above this q^2 the pixel is old and unshaded
         float reach, rimGain;
+        bool spills;  // reaches past the sides of its own cell
     };
     std::vector<Hole> holes(static_cast<size_t>(ni) * static_cast<size_t>(nj));
     for (int j = 0; j < nj; ++j) {
@@ -561,6 +562,28 @@ QImage mod(const Inputs& in, const QImage& from, const QImage& to, float t) {
             hole.rimGain = rimGain;
             hole.inner2 = reach > band ? (reach - band) * (reach - band) : -1.0f;
             hole.outer2 = reach > 0.0f ? (reach + band) * (reach + band) : -1.0f;
+            hole.spills = hole.outer2 * 4.0f > std::min(hole.a, hole.b);
+        }
+    }
+    // A hole never reaches past the cells around its own: the two beside it
+    // and the two it overlaps in each staggered row above and below. A cell
+    // is crowded when one of those reaches into it.
+    auto holeAt = [&](int i, int j) -> const Hole& {
+        return holes[static_cast<size_t>(j - j0) * static_cast<size_t>(ni) +
+                     static_cast<size_t>(i - i0)];
+    };
+    // The rows next to row j are staggered by half a cell: cell i of row j
+    // overlaps their holes i and i + staggerSide(j).
+    auto staggerSide = [](int j) { return (j & 1) ? -1 : 1; };
+    std::vector<char> crowded(holes.size(), 0);
+    for (int j = j0 + 1; j < j0 + nj - 1; ++j) {
+        const int side = staggerSide(j);
+        for (int i = i0 + 1; i < i0 + ni - 1; ++i) {
+            crowded[static_cast<size_t>(j - j0) * static_cast<size_t>(ni) +
+                    static_cast<size_t>(i - i0)] =
+                holeAt(i - 1, j).spills || holeAt(i + 1, j).spills || holeAt(i, j - 1).spills ||
+                holeAt(i + side, j - 1).spills || holeAt(i, j + 1).spills ||
+                holeAt(i + side, j + 1).spills;
         }
     }
     const float stepU = ca / cellU;
@@ -575,25 +598,77 @@ QImage mod(const Inputs& in, const QImage& from, const QImage& to, float t) {
             const int j = fastFloor(cv);
             const float su = cu + ((j & 1) ? 0.5f : 0.0f);
             const int i = fastFloor(su);
-            const Hole& hole = holes[static_cast<size_t>(j - j0) * static_cast<size_t>(ni) +
-                                     static_cast<size_t>(i - i0)];
+            const Hole& own = holeAt(i, j);
             const float lu = su - static_cast<float>(i) - 0.5f;
             const float lv = cv - static_cast<float>(j) - 0.5f;
-            const float q2 = hole.a * lu * lu + hole.b * lv * lv;
-            if (q2 >= hole.outer2) {
-                o[x] = a[x];
-                continue;
-            }
-            if (q2 <= hole.inner2) {
+            const float q2 = own.a * lu * lu + own.b * lv * lv;
+            if (q2 <= own.inner2) {
                 o[x] = b[x];
                 continue;
             }
-            const float q = std::sqrt(q2);
-            const float alpha = std::clamp((hole.reach - q) / kSoft, 0.0f, 1.0f);
-            Pixel p = mix256(a[x], b[x], weight256(alpha));
-            // A dark rim around each opening hole.
-            const float rim =
-                std::max(0.0f, 1.0f - std::fabs(hole.reach - q) / kRim) * hole.rimGain;
+            const bool nearOthers = crowded[static_cast<size_t>(j - j0) * static_cast<size_t>(ni) +
+                                            static_cast<size_t>(i - i0)] != 0;
+            if (q2 >= own.outer2 && !nearOthers) {
+                o[x] = a[x];
+                continue;
+            }
+            // How far open the holes here are (the most open one counts) and
+            // their dark rims, which show only where no other hole is open.
+            float alphas[7];
+            float rims[7];
+            int n = 0;
+            bool covered = false;
+            auto edgeOf = [&](const Hole& hole, float hq2) {
+                if (hq2 >= hole.outer2) {
+                    return;
+                }
+                if (hq2 <= hole.inner2) {
+                    covered = true;
+                    return;
+                }
+                const float q = std::sqrt(hq2);
+                alphas[n] = std::clamp((hole.reach - q) / kSoft, 0.0f, 1.0f);
+                rims[n] = std::max(0.0f, 1.0f - std::fabs(hole.reach - q) / kRim) * hole.rimGain;
+                ++n;
+            };
+            edgeOf(own, q2);
+            if (nearOthers) {
+                const int side = staggerSide(j);
+                const float du = 0.5f * static_cast<float>(side);
+                // Each neighbour at its own local coordinates.
+                auto other = [&](int di, int dj, float u, float v) {
+                    const Hole& hole = holeAt(i + di, j + dj);
+                    if (hole.spills && !covered) {
+                        edgeOf(hole, hole.a * u * u + hole.b * v * v);
+                    }
+                };
+                other(-1, 0, lu + 1.0f, lv);
+                other(1, 0, lu - 1.0f, lv);
+                other(0, 1, lu + du, lv - 1.0f);
+                other(side, 1, lu - du, lv - 1.0f);
+                other(0, -1, lu + du, lv + 1.0f);
+                other(side, -1, lu - du, lv + 1.0f);
+            }
+            if (covered) {
+                o[x] = b[x];
+                continue;
+            }
+            if (n == 0) {
+                o[x] = a[x];
+                continue;
+            }
+            float first = 0.0f;  // the two largest alphas
+            float second = 0.0f;
+            for (int k = 0; k < n; ++k) {
+                second = std::max(second, std::min(first, alphas[k]));
+                first = std::max(first, alphas[k]);
+            }
+            float rim = 0.0f;
+            for (int k = 0; k < n; ++k) {
+                const float others = alphas[k] == first ? second : first;
+                rim = std::max(rim, rims[k] * (1.0f - others));
+            }
+            Pixel p = mix256(a[x], b[x], weight256(first));
             if (rim > 0.01f) {
                 p = scale256(p, static_cast<int>(256.0f * (1.0f - 0.45f * rim)));
             }

@@ -273,6 +273,25 @@ class TransitionsTest : public QObject {
                  qPrintable(QString::number(qGray(shown.pixel(x, kH / 2)))));
     }
 
+    // Late in mod the holes grow past their cells and merge: the old frame
+    // never meets the new one in a hard edge, as along the side of a cell.
+    void modHolesMergeWithoutSeams() {
+        const QImage black = TestImages::solid(QSize(kW, kH), Qt::black);
+        const QImage white = TestImages::solid(QSize(kW, kH), Qt::white);
+        for (double p : {0.6, 0.7, 0.8}) {
+            const QImage shown = Transitions::render(installed(8), black, white, p);
+            int worst = 0;
+            for (int y = 0; y + 1 < kH; ++y) {
+                for (int x = 0; x + 1 < kW; ++x) {
+                    const int g = qGreen(shown.pixel(x, y));
+                    worst = std::max({worst, std::abs(g - qGreen(shown.pixel(x + 1, y))),
+                                      std::abs(g - qGreen(shown.pixel(x, y + 1)))});
+                }
+            }
+            QVERIFY2(worst < 160, qPrintable(QString("%1 at %2").arg(worst).arg(p)));
+        }
+    }
+
     // The shading and backside images light what the transition shows.
     void shadingMatters_data() {
         QTest::addColumn<int>("style");
