@@ -1,6 +1,5 @@
 #include <QDateTime>
 #include <QTest>
-#include <QTimeZone>
 #include <ctime>
 
 #include <unicode/locid.h>
