@@ -6,7 +6,8 @@
 #include <QMenu>
 #include <QRadioButton>
 #include <QTest>
-#include <QThread>
+#include <atomic>
+#include <thread>
 
 #include "AppFixture.h"
 #include "TestRegistry.h"
@@ -168,14 +169,14 @@ class ControlsTest : public QObject {
         StampwiseAppDelegate& d = app.start();
         d.setAssetCollection(catalogOf(6));
         d.setIsLoadDirectory(true);
-        qint64 totalSeenByPoster = -1;
-        std::unique_ptr<QThread> scan(QThread::create([&] {
+        std::atomic<qint64> totalSeenByPoster = -1;
+        std::thread scan([&] {
             NotificationCenter::defaultCenter().post(NotificationNames::kGotFileAmount,
                                                      QStringLiteral("6"));
             totalSeenByPoster = d.totalAmount();  // the handler has finished
-        }));
-        scan->start();
-        QTRY_VERIFY(scan->isFinished());
+        });
+        QTRY_VERIFY(totalSeenByPoster != -1);
+        scan.join();
         QCOMPARE(totalSeenByPoster, 6);
         QVERIFY(!d.isLoadDirectory());
         QCOMPARE(app.control<QLabel>(Tag::kTotalAmountField)->text(), QStringLiteral("6"));
