@@ -152,17 +152,6 @@ class ControlsTest : public QObject {
         QCOMPARE(d.totalSelectedAmount(), qint64(ticked));
     }
 
-    void ownTextSourceThenTickReenablesTypeButton() {
-        AppFixture app;
-        StampwiseAppDelegate& d = app.start();
-        app.load(2);
-        d.aMatrix()->cell(2)->click();
-        QVERIFY(!app.control<QWidget>(Tag::kTypeButton)->isEnabled());
-        NotificationCenter::defaultCenter().post(NotificationNames::kClickTitleCheckBox);
-        QVERIFY(app.control<QWidget>(Tag::kTypeButton)->isEnabled());
-        QVERIFY(app.control<QWidget>(Tag::kCustomTextField)->isEnabled());
-    }
-
     // The scan thread posts the count and waits while the main thread updates.
     void scanEndHandledOnTheMainThread() {
         AppFixture app;

@@ -119,13 +119,19 @@ class DispatchTest : public QObject {
         AppFixture app;
         StampwiseAppDelegate& d = app.start();
         app.load(1);
+        QWidget* field = app.control<QWidget>(Tag::kCustomTextField);
+        QWidget* typeButton = app.control<QWidget>(Tag::kTypeButton);
         // Start from the opposite state so both directions are seen.
-        app.control<QWidget>(Tag::kCustomTextField)->setEnabled(row != 2);
-        app.control<QWidget>(Tag::kTypeButton)->setEnabled(row == 2);
+        field->setEnabled(row != 2);
+        typeButton->setEnabled(row == 2);
         d.aMatrix()->cell(row)->click();
         QCOMPARE(d.selectChannel(), qint64(row));
-        QCOMPARE(app.control<QWidget>(Tag::kCustomTextField)->isEnabled(), row == 2);
-        QCOMPARE(app.control<QWidget>(Tag::kTypeButton)->isEnabled(), row != 2);
+        QCOMPARE(field->isEnabled(), row == 2);
+        QCOMPARE(typeButton->isEnabled(), row != 2);
+        // A tick in the browser switches the photo controls on again, the field not.
+        NotificationCenter::defaultCenter().post(NotificationNames::kClickTitleCheckBox);
+        QVERIFY(typeButton->isEnabled());
+        QCOMPARE(field->isEnabled(), row == 2);
     }
 
     // One preset on at a time, whichever was on before; a drag step turns all off.
