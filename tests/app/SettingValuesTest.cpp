@@ -43,14 +43,6 @@ class SettingValuesTest : public QObject {
         QCOMPARE(SettingValues::boolValue(text), yes);
     }
 
-    void colourRoundTrip() {
-        const QColor colour = QColor::fromRgbF(0.25F, 0.5F, 0.75F, 0.4F);
-        const std::optional<QColor> back =
-            SettingValues::decodeColor(SettingValues::encodeColor(colour));
-        QVERIFY(back.has_value());
-        QCOMPARE(back->rgba64(), colour.rgba64());
-    }
-
     void fontRoundTrip() {
         QFont font(QStringLiteral("DejaVu Serif"));
         font.setPointSizeF(23.5);

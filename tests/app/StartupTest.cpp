@@ -16,31 +16,6 @@ QColor storedColour(const QSettings& settings) {
 class StartupTest : public QObject {
     Q_OBJECT
   private slots:
-    void emptyStoreGivesFirstRunDefaultsAndSavesThem() {
-        AppFixture app;
-        StampwiseAppDelegate& d = app.start();
-        QCOMPARE(d.gDateType(), 0);
-        QCOMPARE(d.gTimeType(), 0);
-        QCOMPARE(d.aColor(), QColor(Qt::red));
-        QCOMPARE(d.aFont().pointSizeF(), 16.0);
-        QVERIFY(d.aFont().bold() && d.aFont().italic());
-        QCOMPARE(d.selectChannel(), 0);
-        QCOMPARE(d.isFirstTime(), 0);
-        QVERIFY(!d.hasImage());
-        QVERIFY(d.aDate().has_value());
-
-        QSettings settings;
-        QCOMPARE(settings.value("hasDefaults").toString(), QStringLiteral("true"));
-        QCOMPARE(settings.value("gTimeType").toString(), QStringLiteral("0"));
-        QCOMPARE(settings.value("gDateType").toString(), QStringLiteral("0"));
-        QCOMPARE(storedColour(settings), QColor(Qt::red));
-        QVERIFY(SettingValues::decodeFont(settings.value("aFont").toByteArray()).has_value());
-        // The label takes the stamp colour at start-up.
-        auto* label = app.control<QLabel>(36007);
-        QVERIFY(label != nullptr);
-        QCOMPARE(label->palette().color(QPalette::WindowText), QColor(Qt::red));
-    }
-
     void whatOneRunSavesTheNextReads() {
         AppFixture app;
         StampwiseAppDelegate& first = app.start();
@@ -60,35 +35,45 @@ class StartupTest : public QObject {
         QCOMPARE(second.standardFontWidth(), 0.0F);
     }
 
-    void firstRunBranch_data() {
-        QTest::addColumn<QString>("hasDefaults");
-        QTest::newRow("no") << "no";
-        QTest::newRow("absent") << "";
+    // A store never saved gives the first-run defaults, saves them at once, and
+    // reads the keys only a first run reads.
+    void firstRun_data() {
+        QTest::addColumn<QString>("hasDefaults");  // empty: nothing stored at all
+        QTest::newRow("empty store") << "";
+        QTest::newRow("hasDefaults no") << "no";
     }
-    void firstRunBranch() {
+    void firstRun() {
         QFETCH(QString, hasDefaults);
         AppFixture app;
-        {
+        if (!hasDefaults.isEmpty()) {
             QSettings settings;
-            if (!hasDefaults.isEmpty()) {
-                settings.setValue("hasDefaults", hasDefaults);
-            }
+            settings.setValue("hasDefaults", hasDefaults);
             settings.setValue("aColor", SettingValues::encodeColor(QColor(Qt::green)));
             settings.setValue("standardFontWidth", " 12.5");
             settings.setValue("standardFontHeight", "7");
             settings.setValue("isSafety", "Yes");
-            settings.setValue("isLoadDirectory", "no");
+            settings.setValue("isLoadDirectory", "yes");
             settings.setValue("dateTimeString", "typed");
         }
         StampwiseAppDelegate& d = app.start();
+        QCOMPARE(d.gDateType(), 0);
+        QCOMPARE(d.gTimeType(), 0);  // the 1 set at start-up is read over as absent
         QCOMPARE(d.aColor(), QColor(Qt::red));
-        QCOMPARE(d.standardFontWidth(), 12.5F);
-        QCOMPARE(d.standardFontHeight(), 7.0F);
-        QVERIFY(d.isSafety());
-        QVERIFY(!d.isLoadDirectory());
-        QCOMPARE(d.dateTimeString().value_or(QString()), QStringLiteral("typed"));
-        QCOMPARE(QSettings().value("hasDefaults").toString(), QStringLiteral("true"));
-        QCOMPARE(storedColour(QSettings()), QColor(Qt::red));
+        QCOMPARE(d.aFont().pointSizeF(), 16.0);
+        QVERIFY(d.aFont().bold() && d.aFont().italic());
+        QVERIFY(d.selectChannel() == 0 && d.isFirstTime() == 0 && !d.hasImage() && d.aDate());
+        QCOMPARE(d.standardFontWidth(), hasDefaults.isEmpty() ? 0.0F : 12.5F);
+        QCOMPARE(d.standardFontHeight(), hasDefaults.isEmpty() ? 0.0F : 7.0F);
+        QCOMPARE(d.isSafety(), !hasDefaults.isEmpty());
+        QCOMPARE(d.dateTimeString().has_value(), !hasDefaults.isEmpty());
+        QCOMPARE(d.isLoadDirectory(), !hasDefaults.isEmpty());
+        const QSettings settings;
+        QCOMPARE(settings.value("hasDefaults").toString(), QStringLiteral("true"));
+        QCOMPARE(settings.value("gTimeType").toString(), QStringLiteral("0"));
+        QCOMPARE(storedColour(settings), QColor(Qt::red));
+        QVERIFY(SettingValues::decodeFont(settings.value("aFont").toByteArray()).has_value());
+        auto* label = app.control<QLabel>(ControlRegistry::Tag::kLabelTextField);
+        QCOMPARE(label->palette().color(QPalette::WindowText), QColor(Qt::red));
     }
 
     // A damaged store still starts, with the first-run colour and font as fallbacks.
