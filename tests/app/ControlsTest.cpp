@@ -74,28 +74,19 @@ class ControlsTest : public QObject {
         }
     }
 
-    // Each row is in the window under its name, with its tag and kind, and
-    // getGUIObject finds it where its range says.
+    // Each row is in the window under its name, with its tag and kind, getGUIObject
+    // finds it where its range says, and its enabled state follows the photos.
     void registryRow() {
         QFETCH(int, row);
         const Control& c = kControls[size_t(row)];
         AppFixture app;
-        StampwiseAppDelegate& d = app.start(false);
+        StampwiseAppDelegate& d = app.start();
         QObject* object = app.named(c.objectName);
         QVERIFY(object != nullptr);
         QCOMPARE(object->property("tag").toLongLong(), c.tag);
         QCOMPARE(kindOf(object), c.kind);
         QObject* expected = c.kind == MenuItem || c.kind == Matrix ? nullptr : object;
         QCOMPARE(d.getGUIObject(c.tag, c.kind == ToolbarItem ? d.aToolbar() : nullptr), expected);
-    }
-
-    void enabledStates_data() { registryRow_data(); }
-    void enabledStates() {
-        QFETCH(int, row);
-        const Control& c = kControls[size_t(row)];
-        AppFixture app;
-        app.start();
-        QObject* object = app.named(c.objectName);
         if (!kUsableWithoutPhotos.contains(QLatin1String(c.objectName))) {
             QVERIFY(!isEnabled(object));
             app.load(4, 0);  // photos but none ticked: the commands are on
