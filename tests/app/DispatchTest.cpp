@@ -161,56 +161,47 @@ class DispatchTest : public QObject {
         }
     }
 
-    void clearAllAsksFirst_data() {
-        QTest::addColumn<qint64>("tag");
+    // Quitting and clearing ask first; only "Ok" acts. No control: the window's close.
+    void confirmations_data() {
+        QTest::addColumn<QString>("control");
         QTest::addColumn<int>("answer");
-        QTest::newRow("toolbar, Ok") << Tag::kClearAll << 0;
-        QTest::newRow("menu, Cancel") << Tag::kClearAllMenu << 1;
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<QString>("message");
+        const QString quit = "Quit Stampwise", quitText = "Are you sure to quit Stampwise?";
+        const QString clear = "Reminder", clearText = "Are you sure to clear all images?";
+        QTest::newRow("quit menu, Ok") << "actionQuit" << 0 << quit << quitText;
+        QTest::newRow("window close, Ok") << "" << 0 << quit << quitText;
+        QTest::newRow("window close, Cancel") << "" << 1 << quit << quitText;
+        QTest::newRow("clear toolbar, Ok") << "actionClearAll" << 0 << clear << clearText;
+        QTest::newRow("clear menu, Cancel") << "actionClearAllMenu" << 1 << clear << clearText;
     }
-    void clearAllAsksFirst() {
-        QFETCH(qint64, tag);
+    void confirmations() {
+        QFETCH(QString, control);
         QFETCH(int, answer);
+        QFETCH(QString, title);
+        QFETCH(QString, message);
         AppFixture app;
         StampwiseAppDelegate& d = app.start();
         app.load(3);
         d.setHasImage(true);
-        app.alerts.answerNext(answer);
-        use(app.named(find(tag)->objectName));
-        QCOMPARE(app.alerts.shown.size(), 1);
-        QCOMPARE(app.alerts.shown[0].title, QStringLiteral("Reminder"));
-        QCOMPARE(app.alerts.shown[0].message, QStringLiteral("Are you sure to clear all images?"));
-        QCOMPARE(app.alerts.shown[0].buttons, (QStringList{"Ok", "Cancel"}));
-        const int remaining = answer == 0 ? 0 : 3;
-        QCOMPARE(d.totalAmount(), qint64(remaining));
-        QCOMPARE(d.hasImage(), remaining != 0);
-        QCOMPARE(app.window->ui().actionStamp->isEnabled(), remaining != 0);
-    }
-
-    void quitAsksFirst_data() {
-        QTest::addColumn<bool>("fromMenu");
-        QTest::addColumn<int>("answer");
-        QTest::newRow("menu, Ok") << true << 0;
-        QTest::newRow("window close, Ok") << false << 0;
-        QTest::newRow("window close, Cancel") << false << 1;
-    }
-    void quitAsksFirst() {
-        QFETCH(bool, fromMenu);
-        QFETCH(int, answer);
-        AppFixture app;
-        StampwiseAppDelegate& d = app.start();
         app.window->show();
         QSignalSpy terminating(&d, &StampwiseAppDelegate::applicationWillTerminate);
         app.alerts.answerNext(answer);
-        if (fromMenu) {
-            app.window->ui().actionQuit->trigger();
-        } else {
+        if (control.isEmpty()) {
             app.window->close();
+        } else {
+            use(app.named(qPrintable(control)));
         }
         QCOMPARE(app.alerts.shown.size(), 1);
-        QCOMPARE(app.alerts.shown[0].title, QStringLiteral("Quit Stampwise"));
-        QCOMPARE(app.alerts.shown[0].message, QStringLiteral("Are you sure to quit Stampwise?"));
-        QCOMPARE(terminating.size(), answer == 0 ? 1 : 0);
-        QCOMPARE(app.window->isVisible(), fromMenu || answer != 0);
+        QCOMPARE(app.alerts.shown[0].title, title);
+        QCOMPARE(app.alerts.shown[0].message, message);
+        QCOMPARE(app.alerts.shown[0].buttons, (QStringList{"Ok", "Cancel"}));
+        const bool quits = title == QLatin1String("Quit Stampwise"), acts = answer == 0;
+        QCOMPARE(terminating.size(), quits && acts ? 1 : 0);
+        QCOMPARE(d.totalAmount(), !quits && acts ? 0 : 3);
+        QCOMPARE(d.hasImage(), quits || !acts);
+        QCOMPARE(app.window->ui().actionStamp->isEnabled(), quits || !acts);
+        QCOMPARE(app.window->isVisible(), !control.isEmpty() || !acts);
     }
 
     void secondaryWindowIsMadeOnceAndCentred() {
