@@ -9,19 +9,18 @@
 #include "preview/QNSDragView.h"
 
 namespace {
+const QString kText = "2024:03:05 13:45:07";
 
-// A preview-sized parent with the label at a y-up origin.
+// The date label, 200 by 40 at a y-up origin in a 400 by 300 preview, in a serif face.
 struct Scene {
     QWidget parent;
-    QNSDragView* view;
-    QLabel* label;
+    QNSDragView* view = new QNSDragView(&parent);
+    QLabel* label = new QLabel(kText, view);
 
-    explicit Scene(QPoint originYUp, QSize size = QSize(100, 30)) {
+    explicit Scene(QPoint origin = {}) {
         parent.resize(400, 300);
-        view = new QNSDragView(&parent);
-        view->setGeometry(originYUp.x(), 300 - originYUp.y() - size.height(), size.width(),
-                          size.height());
-        label = new QLabel(view);
+        view->setGeometry(origin.x(), 260 - origin.y(), 200, 40);
+        label->setFont(QFont("DejaVu Serif"));
         view->setAtextfield(label);
     }
     QImage render() {
@@ -33,146 +32,108 @@ struct Scene {
 };
 
 // The plain upward search the fast one must agree with.
-int linearFirstOverflow(const QString& text, QFont font, float w, float h) {
+int linearFirstOverflow(const QString& text, QFont font, double w, double h) {
     for (int s = 2; s < 300; ++s) {
         font.setPixelSize(s);
         const QFontMetricsF m(font);
-        if (m.horizontalAdvance(text) > static_cast<double>(w) ||
-            m.height() > static_cast<double>(h)) {
+        if (m.horizontalAdvance(text) > w || m.height() > h) {
             return s;
         }
     }
     return 300;
 }
-
-// Where the white frame shows.
-QRect litArea(const QImage& image) {
-    return TestImages::boundsWhere(image, [](QRgb c) { return QColor(c).lightness() > 200; });
-}
-
 }  // namespace
 
 class QNSDragViewTest : public QObject {
     Q_OBJECT
   private slots:
-    // Each step is truncated toward zero, and its remainder is lost: the next
-    // step starts from the exact pointer position.
+    // Each step is truncated toward zero and its remainder lost.
     void dragStepTruncatesTowardZero_data() {
         QTest::addColumn<QList<QPointF>>("drags");  // from a press at (50, 40)
-        QTest::addColumn<QPoint>("expected");       // from the origin (10, 20)
-        QTest::newRow("x +0.5 keeps 10") << QList<QPointF>{{50.5, 40}} << QPoint(10, 20);
-        QTest::newRow("x -0.5 gives 9") << QList<QPointF>{{49.5, 40}} << QPoint(9, 20);
-        QTest::newRow("y -0.5 gives 19") << QList<QPointF>{{50, 39.5}} << QPoint(10, 19);
-        QTest::newRow("x to -3.7 gives -3") << QList<QPointF>{{36.3, 40}} << QPoint(-3, 20);
-        QTest::newRow("y to -3.7 gives -3") << QList<QPointF>{{50, 16.3}} << QPoint(10, -3);
-        QTest::newRow("four +0.5 steps keep 10")
-            << QList<QPointF>{{50.5, 40}, {51, 40}, {51.5, 40}, {52, 40}} << QPoint(10, 20);
+        QTest::addColumn<QPointF>("expected");      // from the origin (10, 20)
+        QTest::newRow("x -13.7, y +0.5") << QList<QPointF>{{36.3, 40.5}} << QPointF(-3, 20);
+        QTest::newRow("x -0.5, y -23.7") << QList<QPointF>{{49.5, 16.3}} << QPointF(9, -3);
+        QTest::newRow("x +0.5 four times")
+            << QList<QPointF>{{50.5, 40}, {51, 40}, {51.5, 40}, {52, 40}} << QPointF(10, 20);
     }
     void dragStepTruncatesTowardZero() {
         QFETCH(QList<QPointF>, drags);
-        QFETCH(QPoint, expected);
+        QFETCH(QPointF, expected);
         Scene scene(QPoint(10, 20));
         scene.view->mouseDownAt(QPointF(50, 40));
         for (const QPointF& p : drags) {
             scene.view->mouseDraggedTo(p);
         }
-        QCOMPARE(scene.view->frameOrigin(), QPointF(expected));
-        // The Qt position is the y-up origin flipped once; the size is kept.
-        QCOMPARE(scene.view->geometry(), QRect(expected.x(), 300 - expected.y() - 30, 100, 30));
-        QCOMPARE(scene.view->lastDragLocation(), drags.last());
+        QCOMPARE(scene.view->frameOrigin(), expected);
     }
 
-    void mouseEventsDragAndPostOncePerStep() {
+    // Event positions are the moved label's own, y down; each drag step posts
+    // once. The pointing hand shows over the label only in the active window.
+    void mouseDragsAndPointsInTheActiveWindow() {
         Scene scene(QPoint(10, 20));
         QObject observer;
         int posts = 0;
         NotificationCenter::defaultCenter().addObserver(&observer, NotificationNames::kMoveDateTime,
                                                         [&](const Notification&) { ++posts; });
         QTest::mousePress(scene.view, Qt::LeftButton, {}, QPoint(5, 5));
-        QCOMPARE(posts, 0);
-        // Qt's y grows downwards: 8 pixels down is 8 points lower in y-up terms.
-        QTest::mouseMove(scene.view, QPoint(25, 13));
-        QCOMPARE(posts, 1);
-        QCOMPARE(scene.view->frameOrigin(), QPointF(30, 12));
-        // Positions are the moved label's own: (1, 1) is now 4 left of and 4
-        // above the last pointer position.
-        QTest::mouseMove(scene.view, QPoint(1, 1));
-        QCOMPARE(posts, 2);
-        QCOMPARE(scene.view->frameOrigin(), QPointF(26, 16));
+        QTest::mouseMove(scene.view, QPoint(25, 13));  // 20 right, 8 down: to (30, 12)
+        QTest::mouseMove(scene.view, QPoint(1, 1));    // 4 left and 4 up of the pointer
         QTest::mouseRelease(scene.view, Qt::LeftButton, {}, QPoint(1, 1));
-        QTest::mouseMove(scene.view, QPoint(30, 30));
         QCOMPARE(posts, 2);
         QCOMPARE(scene.view->frameOrigin(), QPointF(26, 16));
+        QEnterEvent enter(QPointF(5, 5), QPointF(31, 269), QPointF(31, 269));
+        QCoreApplication::sendEvent(scene.view, &enter);
+        QCOMPARE(scene.view->cursor().shape(), Qt::ArrowCursor);
+        scene.parent.show();
+        scene.parent.activateWindow();
+        if (!QTest::qWaitForWindowActive(&scene.parent)) {
+            QSKIP("the platform cannot activate windows");
+        }
+        QCoreApplication::sendEvent(scene.view, &enter);
+        QCOMPARE(scene.view->cursor().shape(), Qt::PointingHandCursor);
+        QEvent leave(QEvent::Leave);
+        QCoreApplication::sendEvent(scene.view, &leave);
+        QCOMPARE(scene.view->cursor().shape(), Qt::ArrowCursor);
     }
 
-    void dashPhaseStepsOnceAfterATenthOfASecond() {
-        Scene scene(QPoint(0, 0));
-        QCOMPARE(scene.view->dashPhase(), 0.0f);
+    // Soon after creation the dashes, 10 on and 10 off from the lower-left corner,
+    // shift once by a point; the line's inner half shows. The preview has no frame.
+    void dashedFrameOnlyInEditMode() {
+        Scene scene;
         QTRY_COMPARE_WITH_TIMEOUT(scene.view->dashPhase(), -1.0f, 2000);
         QTest::qWait(300);
-        QCOMPARE(scene.view->dashPhase(), -1.0f);
-    }
-
-    // Dashes of 10 on, 10 off run right along the bottom edge from the
-    // lower-left corner, shifted by the phase; the preview shows no frame.
-    void dashedFrameOnlyInEditMode_data() {
-        QTest::addColumn<bool>("preview");
-        QTest::addColumn<float>("phase");
-        QTest::addColumn<int>("firstOn");
-        QTest::newRow("phase 0") << false << 0.0f << 0;
-        QTest::newRow("phase -1") << false << -1.0f << 1;
-        QTest::newRow("phase -5") << false << -5.0f << 5;
-        QTest::newRow("preview") << true << 0.0f << 0;
-    }
-    void dashedFrameOnlyInEditMode() {
-        QFETCH(bool, preview);
-        QFETCH(float, phase);
-        QFETCH(int, firstOn);
-        Scene scene(QPoint(0, 0), QSize(200, 40));
-        scene.view->setDashPhase(phase);
-        scene.view->setIsPreview(preview);
         const QImage image = scene.render();
-        QString row;
-        QString expected;
-        for (int x = 0; x < 40; ++x) {
-            row += image.pixelColor(x, 39).lightness() > 200 ? '#' : '.';
-            expected += !preview && x >= firstOn && (x - firstOn) % 20 < 10 ? '#' : '.';
+        const int fitted = linearFirstOverflow(kText, QFont("DejaVu Serif"), 200, 40) - 2;
+        QCOMPARE(scene.label->font().pixelSize(), fitted);  // every redraw fits the text
+        auto lit = [](const QImage& i) {
+            return TestImages::boundsWhere(i, [](QRgb c) { return qGray(c) > 200; });
+        };
+        for (int x : {0, 20}) {  // the phase of -1 shifts the dashes right by 1
+            QCOMPARE(lit(image.copy(x, 39, 20, 1)), QRect(1, 0, 10, 1));
         }
-        QCOMPARE(row, expected);
-        QVERIFY(litArea(image.copy(2, 2, 196, 36)).isNull());
-        if (preview) {
-            QVERIFY(litArea(image).isNull());
-            return;
-        }
-        // Both side edges carry dashes; the line's inner half shows: a full
-        // row and a half-covered one.
-        QVERIFY(litArea(image.copy(0, 0, 1, 40)).height() > 5);
-        QVERIFY(litArea(image.copy(199, 0, 1, 40)).height() > 5);
-        const int half = image.pixelColor(firstOn + 4, 38).lightness();
+        const int half = qGray(image.pixel(5, 38));  // the bottom row is full
         QVERIFY2(half > 60 && half < 200, qPrintable(QString::number(half)));
-        QCOMPARE(image.pixelColor(firstOn + 4, 37).lightness(), 0);
+        QVERIFY(lit(image.copy(2, 2, 196, 36)).isNull());
+        QVERIFY(lit(image.copy(0, 0, 1, 40)).height() > 5);
+        QVERIFY(lit(image.copy(199, 0, 1, 40)).height() > 5);
+        scene.view->setIsPreview(true);
+        QVERIFY(lit(scene.render()).isNull());
     }
 
+    // Hinting, which snaps glyphs to pixels, is the likeliest to spoil sizes growing with the font.
     void fastSearchAgreesWithLinearSearch() {
-        const QStringList texts = QString(
-                                      "2024:03:05|05-Mar-2024 13:45|03/05/2024 01:45 PM|W|Wg|"
-                                      "March 5, 2024 13:45:07|iiiiiii|2019:12:31 23:59:59 typed")
-                                      .split('|');
-        // Hinting snaps glyphs to the pixel grid, the likeliest spoiler of
-        // sizes that grow with the font, on which the fast search relies.
-        QFont hinted("DejaVu Sans");
+        const QFont sans("DejaVu Sans"), boldItalic("DejaVu Serif", -1, QFont::Bold, true);
+        QFont hinted = sans;
         hinted.setHintingPreference(QFont::PreferFullHinting);
-        QFont boldItalic("DejaVu Serif");
-        boldItalic.setBold(true);
-        boldItalic.setItalic(true);
         QRandomGenerator rng(7);
-        for (const QFont& font :
-             {QFont("DejaVu Sans"), QFont("DejaVu Serif"), boldItalic, hinted}) {
-            for (const QString& text : texts) {
+        for (const QFont& font : {sans, QFont("DejaVu Serif"), boldItalic, hinted}) {
+            for (const QString& text :
+                 QString("2024:03:05|05-Mar-2024 13:45|03/05/2024 01:45 PM|W|Wg|"
+                         "March 5, 2024 13:45:07|iiiiiii|2019:12:31 23:59:59 typed")
+                     .split('|')) {
                 for (int i = 0; i < 12; ++i) {
-                    const float w = static_cast<float>(rng.bounded(1, 1600)) +
-                                    static_cast<float>(rng.bounded(4)) * 0.25f;
-                    const float h = static_cast<float>(rng.bounded(1, 400));
+                    const float w = float(rng.bounded(1, 1600)) + float(rng.bounded(4)) / 4;
+                    const float h = float(rng.bounded(1, 400));
                     QCOMPARE(QNSDragView::firstOverflowingSize(text, font, w, h),
                              linearFirstOverflow(text, font, w, h));
                 }
@@ -180,82 +141,28 @@ class QNSDragViewTest : public QObject {
         }
     }
 
-    // The label gets the first overflowing size less 2: a box the text fills
-    // exactly at size 40 still fits it, so the label shows 39.
-    void fontFitEdges_data() {
-        QTest::addColumn<QString>("tight");  // the side that fits the text at 40 exactly
-        QTest::addColumn<float>("shrink");   // taken off that side
+    // The label gets the frame and, in its own face, the first overflowing size
+    // less 2; a text too large even at size 2 is hidden.
+    void fontFit_data() {
+        QTest::addColumn<QSizeF>("box");
         QTest::addColumn<int>("expected");
-        QTest::newRow("exact width still fits") << "width" << 0.0f << 39;
-        QTest::newRow("a hair narrower overflows") << "width" << 0.015625f << 38;
-        QTest::newRow("exact height still fits") << "height" << 0.0f << 39;
-        QTest::newRow("a hair lower overflows") << "height" << 0.015625f << 38;
-        QTest::newRow("never overflows up to 299") << "none" << 0.0f << 298;
-        QTest::newRow("overflows at 2") << "tiny" << 0.0f << 0;
+        const QSizeF at40 = QNSDragView::measure(kText, QFont("DejaVu Serif"), 40);
+        QTest::newRow("fits at 40 exactly") << at40 << 39;
+        QTest::newRow("a hair narrower") << at40 - QSizeF(1 / 64.0, 0) << 38;
+        QTest::newRow("a hair lower") << at40 - QSizeF(0, 1 / 64.0) << 38;
+        QTest::newRow("fits at 299")
+            << QNSDragView::measure(kText, QFont("DejaVu Serif"), 299) << 298;
+        QTest::newRow("nothing fits") << QSizeF(1, 1) << 0;
     }
-    void fontFitEdges() {
-        QFETCH(QString, tight);
-        QFETCH(float, shrink);
+    void fontFit() {
+        QFETCH(QSizeF, box);
         QFETCH(int, expected);
-        const QString text = "2024:03:05 13:45";
-        const QFont font("DejaVu Sans");
-        const QSizeF fit = QNSDragView::measure(text, font, 40);
-        const QSizeF next = QNSDragView::measure(text, font, 41);
-        QVERIFY(next.width() > fit.width() && next.height() > fit.height());
-        const float other = tight == "tiny" ? 1.0f : 100000.0f;
-        const float w = tight == "width" ? float(fit.width()) - shrink : other;
-        const float h = tight == "height" ? float(fit.height()) - shrink : other;
-        Scene scene(QPoint(0, 0));
-        scene.label->setText(text);
-        scene.label->setFont(font);
-        scene.view->calcFontSizeToFitRect(QRectF(0, 0, w, h));
-        QCOMPARE(scene.label->geometry(), QRectF(0, 0, w, h).toRect());
+        Scene scene;
+        scene.view->calcFontSizeToFitRect(QRectF(QPointF(), box));
+        QCOMPARE(scene.label->geometry(), QRectF(QPointF(), box).toRect());
         QCOMPARE(scene.label->isHidden(), expected == 0);
-        if (expected > 0) {
-            QCOMPARE(scene.label->font().pixelSize(), expected);
-            QCOMPARE(scene.label->font().family(), font.family());
-        }
-    }
-
-    // Every redraw fits the whole label again, in the face the controller chose.
-    void redrawFitsTheWholeLabel() {
-        const QString text = "2024:03:05 13:45:07";
-        const QFont serif("DejaVu Serif");
-        Scene scene(QPoint(0, 0));
-        scene.label->setFont(serif);
-        scene.label->setText(text);
-        for (const QSize size : {QSize(220, 36), QSize(440, 72)}) {
-            scene.view->resize(size);
-            scene.render();
-            QCOMPARE(scene.label->geometry(), QRect(QPoint(0, 0), size));
-            QCOMPARE(
-                scene.label->font().pixelSize(),
-                QNSDragView::firstOverflowingSize(text, serif, size.width(), size.height()) - 2);
-        }
-    }
-
-    void cursorFollowsThePointerInTheActiveWindow() {
-        Scene scene(QPoint(10, 20));
-        scene.parent.show();
-        scene.parent.activateWindow();
-        if (!QTest::qWaitForWindowActive(&scene.parent)) {
-            QSKIP("the platform cannot activate windows");
-        }
-        QEnterEvent enter(QPointF(5, 5), QPointF(15, 255), QPointF(15, 255));
-        QCoreApplication::sendEvent(scene.view, &enter);
-        QCOMPARE(scene.view->cursor().shape(), Qt::PointingHandCursor);
-        QEvent leave(QEvent::Leave);
-        QCoreApplication::sendEvent(scene.view, &leave);
-        QCOMPARE(scene.view->cursor().shape(), Qt::ArrowCursor);
-
-        QWidget other;
-        other.show();
-        other.activateWindow();
-        if (!QTest::qWaitForWindowActive(&other)) {
-            QSKIP("the platform cannot switch the active window");
-        }
-        QCoreApplication::sendEvent(scene.view, &enter);
-        QCOMPARE(scene.view->cursor().shape(), Qt::ArrowCursor);
+        QCOMPARE(scene.label->font().pixelSize(), expected > 0 ? expected : -1);  // -1: unset
+        QCOMPARE(scene.label->font().family(), QString("DejaVu Serif"));
     }
 };
 SW_TEST_CLASS(QNSDragViewTest)
