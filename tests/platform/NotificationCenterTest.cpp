@@ -1,5 +1,4 @@
 #include <QTest>
-#include <QThread>
 
 #include "TestRegistry.h"
 #include "platform/NotificationCenter.h"
@@ -48,18 +47,6 @@ class NotificationCenterTest : public QObject {
         center.addObserver(&second, "x", [&](const Notification&) { ++secondCalls; });
         center.post("x");
         QCOMPARE(secondCalls, 0);
-    }
-
-    void deliversOnThePostingThread() {
-        NotificationCenter center;
-        QObject observer;
-        QThread* deliveredOn = nullptr;
-        center.addObserver(&observer, "x",
-                           [&](const Notification&) { deliveredOn = QThread::currentThread(); });
-        std::unique_ptr<QThread> poster(QThread::create([&] { center.post("x"); }));
-        poster->start();
-        QVERIFY(poster->wait(5000));
-        QCOMPARE(deliveredOn, poster.get());
     }
 };
 SW_TEST_CLASS(NotificationCenterTest)
