@@ -111,8 +111,7 @@ class QNSDragViewTest : public QObject {
         for (int x : {0, 20}) {  // the phase of -1 shifts the dashes right by 1
             QCOMPARE(lit(image.copy(x, 39, 20, 1)), QRect(1, 0, 10, 1));
         }
-        const int half = qGray(image.pixel(5, 38));  // the bottom row is full
-        QVERIFY2(half > 60 && half < 200, qPrintable(QString::number(half)));
+        QVERIFY(qAbs(qGray(image.pixel(5, 38)) - 130) < 70);  // the row above, half covered
         QVERIFY(lit(image.copy(2, 2, 196, 36)).isNull());
         QVERIFY(lit(image.copy(0, 0, 1, 40)).height() > 5);
         QVERIFY(lit(image.copy(199, 0, 1, 40)).height() > 5);
@@ -120,7 +119,7 @@ class QNSDragViewTest : public QObject {
         QVERIFY(lit(scene.render()).isNull());
     }
 
-    // Hinting, which snaps glyphs to pixels, is the likeliest to spoil sizes growing with the font.
+    // Hinting snaps glyphs to pixels, the likeliest spoiler of sizes growing with the font.
     void fastSearchAgreesWithLinearSearch() {
         const QFont sans("DejaVu Sans"), boldItalic("DejaVu Serif", -1, QFont::Bold, true);
         QFont hinted = sans;

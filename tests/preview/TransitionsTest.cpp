@@ -84,7 +84,7 @@ class TransitionsTest : public QObject {
         }
     }
 
-    // Red columns in the old frame, green in the new, a quarter of the way: 50 of 200.
+    // Columns coded red in the old frame and green in the new, seen at 50 of 200.
     void slidesComeFromTheLeft_data() {
         QTest::addColumn<Kind>("kind");
         QTest::addColumn<int>("column");
@@ -137,8 +137,7 @@ class TransitionsTest : public QObject {
         QTest::newRow("copy machine angle")
             << with(Kind::CopyMachine, kMid, kAll, kPi / 2) << 0.3 << bottom;
         QTest::newRow("swipe angle") << with(Kind::Swipe, kMid, kAll, kPi / 2) << 0.3 << bottom;
-        // Rolls up from the corner the angle points to.
-        QTest::newRow("page curl angle")
+        QTest::newRow("page curl angle, from the corner it points to")
             << with(Kind::PageCurl, kMid, kAll, -kPi / 4) << 0.2 << QRect(kW - 80, kH - 80, 80, 80);
         QTest::newRow("disintegrate mask") << mask << 0.5 << QRect(0, 0, kW, 120);
     }
@@ -189,10 +188,9 @@ class TransitionsTest : public QObject {
             QPainter(&image).drawImage(photo.topLeft(), pattern(photo.size(), seed));
             return image;
         };
-        const Transitions::Transition t = installed(10);
         auto dark = [](QRgb c) { return qRed(c) < 20 && qGreen(c) < 20 && qBlue(c) < 20; };
         for (double p = 0.1; p < 0.95; p += 0.1) {
-            const QImage shown = render(t, onBlack(wide, 0), onBlack(tall, 1), p);
+            const QImage shown = render(installed(10), onBlack(wide, 0), onBlack(tall, 1), p);
             QVERIFY2(boundsWhere(shown.copy(wide & tall), dark).isNull(),
                      qPrintable(QString("at %1").arg(p)));
             for (const QRect corner : {QRect(0, 0, 60, 40), QRect(kW - 60, kH - 40, 60, 40)}) {
