@@ -1,9 +1,13 @@
 #include "stamp/ImageWriter.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
 #include <QDir>
+#include <QFile>
 #include <QSaveFile>
 #include <QtEndian>
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
 #include <cstring>
 #include <vector>
@@ -93,7 +97,16 @@ bool ImageWriter::saveImage(const QImage& image, float width, float height, cons
         return fail(QStringLiteral("out of memory"));
     }
 
-    QSaveFile file(expandTilde(fileName));
+    const QString path = expandTilde(fileName);
+    // QSaveFile would write through a link to wherever it points; the link itself
+    // is replaced instead, as a rename over the path replaces it.
+    const QByteArray encoded = QFile::encodeName(path);
+    struct stat entry {};
+    if (::lstat(encoded.constData(), &entry) == 0 && S_ISLNK(entry.st_mode) &&
+        ::unlink(encoded.constData()) != 0) {
+        return fail(QString::fromLocal8Bit(std::strerror(errno)));
+    }
+    QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly)) {
         return fail(file.errorString());
     }
