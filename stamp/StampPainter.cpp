@@ -1,7 +1,11 @@
 #include "stamp/StampPainter.h"
 
 #include <QFontMetricsF>
+#include <QGlyphRun>
 #include <QPainter>
+#include <QPainterPath>
+#include <QRawFont>
+#include <QTextLayout>
 
 #include "stamp/TextMetrics.h"
 
@@ -19,6 +23,31 @@ bool paintable(QImage::Format format) {
         default:
             return true;
     }
+}
+// The text in one line as one path, its line's top-left corner at the origin.
+// The glyphs' outlines are taken large and scaled down: at the drawn size
+// FreeType hints them differently once the thread has drawn that size before.
+QPainterPath outline(const QString& text, QFont font, QPaintDevice* device) {
+    constexpr qreal kOutlinePixels = 2048;
+    font.setHintingPreference(QFont::PreferNoHinting);
+    QTextLayout layout(text, font, device);
+    layout.beginLayout();
+    QTextLine line = layout.createLine();
+    line.setNumColumns(static_cast<int>(text.size()));
+    layout.endLayout();
+    QPainterPath path;
+    for (const QGlyphRun& run : layout.glyphRuns()) {
+        QRawFont raw = run.rawFont();
+        const qreal scale = raw.pixelSize() / kOutlinePixels;
+        raw.setPixelSize(kOutlinePixels);
+        const QList<quint32> glyphs = run.glyphIndexes();
+        const QList<QPointF> positions = run.positions();
+        for (qsizetype i = 0; i < glyphs.size() && i < positions.size(); ++i) {
+            const QTransform place(scale, 0, 0, scale, positions[i].x(), positions[i].y());
+            path.addPath(place.map(raw.pathForGlyph(glyphs[i])));
+        }
+    }
+    return path;
 }
 }  // namespace
 
@@ -42,16 +71,22 @@ QImage StampPainter::drawStamp(QImage photo, const QString& text, const QFont& f
     photo.setDotsPerMeterY(TextMetrics::kDotsPerMeter72);
     {
         QPainter painter(&photo);
-        painter.setRenderHint(QPainter::TextAntialiasing);
-        painter.setFont(font);
-        painter.setPen(color);
-        // No transform at all at 1 x 1, so a 72-dpi photo is drawn exactly as measured.
-        if (sx != 1.0 || sy != 1.0) {
+        const QFontMetricsF metrics(font, &photo);
+        if (sx == 1.0 && sy == 1.0) {
+            painter.setRenderHint(QPainter::TextAntialiasing);
+            painter.setFont(font);
+            painter.setPen(color);
+            const qreal boxTop = photo.height() - static_cast<qreal>(at.y) - metrics.height();
+            painter.drawText(QPointF(at.x, boxTop + metrics.ascent()), text);
+        } else {
+            // Scaled, the glyphs' outlines are filled: Qt's own scaled text comes out a
+            // shade different on a thread that has drawn the unscaled glyphs before,
+            // and a photo must give the same file whichever worker stamps it.
+            painter.setRenderHint(QPainter::Antialiasing);
             painter.scale(sx, sy);
+            const qreal boxTop = photo.height() / sy - static_cast<qreal>(at.y) - metrics.height();
+            painter.fillPath(outline(text, font, &photo).translated(at.x, boxTop), color);
         }
-        const QFontMetricsF metrics(painter.font(), &photo);
-        const qreal boxTop = photo.height() / sy - static_cast<qreal>(at.y) - metrics.height();
-        painter.drawText(QPointF(at.x, boxTop + metrics.ascent()), text);
     }
     photo.setDotsPerMeterX(dotsX);
     photo.setDotsPerMeterY(dotsY);

@@ -278,12 +278,12 @@ void StampRun::run(int jobs, const std::function<void(const StampOutcome&)>& onO
     const size_t workers =
         std::clamp<size_t>(jobs > 0 ? static_cast<size_t>(jobs) : static_cast<size_t>(cores), 1,
                            std::max<size_t>(1, groups.size()));
+    // Fresh threads only: the caller's may have drawn text that a worker's must not see.
     std::vector<std::thread> threads;
-    threads.reserve(workers - 1);
-    for (size_t i = 1; i < workers; ++i) {
+    threads.reserve(workers);
+    for (size_t i = 0; i < workers; ++i) {
         threads.emplace_back(work);
     }
-    work();  // the calling thread is one of the workers
     for (std::thread& thread : threads) {
         thread.join();
     }
