@@ -1,10 +1,14 @@
+#include <unistd.h>
 #include <QApplication>
 #include <QCoreApplication>
+#include <QGuiApplication>
+#include <QLoggingCategory>
 #include <QTextStream>
 #include <cstring>
 
 #include "app/InfoCommand.h"
 #include "app/MainWindow.h"
+#include "app/StampCommand.h"
 #include "app/StampwiseAppDelegate.h"
 #include "platform/QtAlertPanel.h"
 #include "platform/QtOpenPanel.h"
@@ -18,6 +22,25 @@ int main(int argc, char** argv) {
         QTextStream out(stdout);
         QTextStream err(stderr);
         return InfoCommand(out, err).run(QCoreApplication::arguments().mid(2));
+    }
+    // `stampwise stamp ...` stamps photos from the command line; fonts need a GUI
+    // application, but no window is opened, so no display is needed either.
+    if (argc > 1 && std::strcmp(argv[1], "stamp") == 0) {
+        if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") &&
+            qEnvironmentVariableIsEmpty("DISPLAY") &&
+            qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
+            qputenv("QT_QPA_PLATFORM", "offscreen");
+        }
+        QGuiApplication app(argc, argv);
+        QGuiApplication::setOrganizationName(QStringLiteral("Stampwise"));
+        QGuiApplication::setApplicationName(QStringLiteral("Stampwise"));
+        // The run names every photo it could not read; the readers' own
+        // complaints would only repeat that.
+        QLoggingCategory::setFilterRules(QStringLiteral("qt.gui.imageio*.warning=false"));
+        QTextStream out(stdout);
+        QTextStream err(stderr);
+        return StampCommand(out, err, ::isatty(STDERR_FILENO) == 1)
+            .run(QGuiApplication::arguments().mid(2));
     }
     QApplication app(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("Stampwise"));

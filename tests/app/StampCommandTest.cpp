@@ -1,0 +1,158 @@
+#include <QDir>
+#include <QFile>
+#include <QTest>
+
+#include "TestRegistry.h"
+#include "app/StampCommand.h"
+#include "common/Sandbox.h"
+#include "common/StampRuns.h"
+#include "stamp/PreviewLayout.h"
+#include "stamp/TextMetrics.h"
+
+namespace {
+
+QByteArray contents(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+}  // namespace
+
+class StampCommandTest : public QObject {
+    Q_OBJECT
+    Sandbox dir_;
+
+    // "@name" stands for the sandbox's file of that name.
+    QStringList resolved(const QStringList& arguments) const {
+        QStringList result;
+        for (const QString& argument : arguments) {
+            result << (argument.startsWith('@') ? dir_.path(argument.mid(1)) : argument);
+        }
+        return result;
+    }
+
+    // The command's exit status and everything it printed.
+    std::pair<int, QString> stamp(const QStringList& arguments) const {
+        QString out;
+        QString err;
+        QTextStream outStream(&out);
+        QTextStream errStream(&err);
+        const int status = StampCommand(outStream, errStream).run(resolved(arguments));
+        outStream.flush();
+        errStream.flush();
+        return {status, out + err};
+    }
+
+  private slots:
+    void initTestCase() {
+        dir_.mkdir("in");
+        PhotoSpec spec;
+        spec.size = QSize(400, 300);
+        dir_.photo("in/a.jpg", spec);
+        spec.size = QSize(1200, 900);
+        spec.dpi = 300;
+        spec.dateTimeOriginal = "2014:03:05 13:34:56";
+        dir_.photo("in/b.jpg", spec);
+        dir_.write("broken.png", "not a photo");
+        dir_.write("notes.txt", "not a photo");
+    }
+    void init() {
+        for (const char* folder : {"out", "engine"}) {
+            QDir(dir_.path(folder)).removeRecursively();
+            dir_.mkdir(folder);
+        }
+    }
+
+    // Exit 0 only when every photo is written, 1 when some are not, 2 for usage
+    // errors, which write nothing.
+    void exitStatus_data() {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<int>("status");
+        QTest::addColumn<int>("files");
+        QTest::addColumn<QString>("says");
+        const QStringList out{"--output", "@out"};
+        QTest::newRow("folder, all written") << QStringList{"@in"} + out << 0 << 2 << "b.jpg";
+        QTest::newRow("unreadable photo")
+            << QStringList{"@in", "@broken.png"} + out << 1 << 2 << "cannot be read";
+        QTest::newRow("no photo type")
+            << QStringList{"@in/a.jpg", "@notes.txt"} + out << 1 << 1 << "not a photo file type";
+        QTest::newRow("dry run") << QStringList{"@in", "--dry-run"} + out << 0 << 0
+                                 << "nothing was written";
+        QTest::newRow("missing font")
+            << QStringList{"@in/a.jpg", "--font", "No Such Face"} + out << 0 << 1 << "instead";
+        QTest::newRow("help") << QStringList{"--help"} << 0 << 0 << "--dry-run";
+        QTest::newRow("no output folder") << QStringList{"@in"} << 2 << 0 << "--output";
+        QTest::newRow("output folder missing")
+            << QStringList{"@in", "--output", "@gone"} << 2 << 0 << "does not exist";
+        QTest::newRow("output is a file")
+            << QStringList{"@in", "--output", "@notes.txt"} << 2 << 0 << "not a folder";
+        QTest::newRow("output holds the originals")
+            << QStringList{"@in/a.jpg", "--output", "@out/../in/"} << 2 << 0 << "original";
+        QTest::newRow("bad place")
+            << QStringList{"@in", "--place", "1.5,0"} + out << 2 << 0 << "--place";
+        QTest::newRow("bad colour")
+            << QStringList{"@in", "--color", "#12345"} + out << 2 << 0 << "--color";
+        QTest::newRow("text without its source")
+            << QStringList{"@in", "--source", "exif", "--text", "x"} + out << 2 << 0 << "--text";
+        QTest::newRow("date type out of range")
+            << QStringList{"@in", "--date-type", "4"} + out << 2 << 0 << "--date-type";
+        QTest::newRow("no photos") << out << 2 << 0 << "no photos";
+    }
+    void exitStatus() {
+        QFETCH(QStringList, arguments);
+        QFETCH(int, status);
+        QFETCH(int, files);
+        QFETCH(QString, says);
+        const auto [exitStatus, printed] = stamp(arguments);
+        QVERIFY2(printed.contains(says), qPrintable(printed));
+        QCOMPARE(exitStatus, status);
+        QCOMPARE(QDir(dir_.path("out")).entryList(QDir::Files | QDir::Hidden).size(), files);
+        QCOMPARE(QDir(dir_.path("in")).entryList(QDir::Files).size(), 2);
+    }
+
+    // With the same settings the command writes the very files the engine writes
+    // for the window's label on a 400 x 300 model at 72 dpi (shown at its own size).
+    void sameFilesAsEngine_data() {
+        QTest::addColumn<QString>("place");
+        QTest::addColumn<int>("preset");
+        QTest::addColumn<bool>("margin");
+        QTest::newRow("top-right") << "top-right" << 1 << false;
+        QTest::newRow("centre, margin") << "centre" << 2 << true;
+        QTest::newRow("fractions, margin") << "0.25,0.75" << -1 << true;
+    }
+    void sameFilesAsEngine() {
+        QFETCH(QString, place);
+        QFETCH(int, preset);
+        QFETCH(bool, margin);
+        QStringList arguments{"@in/a.jpg",  "@in/b.jpg", "--output",    "@out",   "--text",
+                              "Stamp 2014", "--font",    "DejaVu Sans", "--size", "20",
+                              "--color",    "#000000",   "--place",     place};
+        if (margin) {
+            arguments << "--margin";
+        }
+        QCOMPARE(stamp(arguments).first, 0);
+
+        StampJob job =
+            StampRuns::job({dir_.path("in/a.jpg"), dir_.path("in/b.jpg")}, dir_.path("engine"));
+        job.margin = margin;
+        job.labelTextSize = TextMetrics::measureText(job.customText, job.font);
+        const PreviewLayout::Size shown{400, 300};
+        const StampGeometry::StampArea area = PreviewLayout::stampArea(shown, shown, margin);
+        const PreviewLayout::Size label = PreviewLayout::labelSize(
+            {float(job.labelTextSize.width()), float(job.labelTextSize.height())}, shown, shown);
+        const StampGeometry::TPosition origin =
+            preset >= 0 ? PreviewLayout::presetOrigin(preset, area, label)
+                        : PreviewLayout::fractionOrigin(0.25, 0.75, area, label);
+        job.snapshot = StampGeometry::backupPositionAndSize(area, origin.x, origin.y, label.width,
+                                                            label.height);
+        QCOMPARE(StampRuns::run(job).size(), 2);
+        for (const char* name : {"a.jpg", "b.jpg"}) {
+            const QByteArray written = contents(dir_.path("out/") + name);
+            QVERIFY(written.startsWith("BM"));
+            QVERIFY2(written == contents(dir_.path("engine/") + name), name);
+        }
+    }
+};
+SW_TEST_CLASS(StampCommandTest)
+
+#include "StampCommandTest.moc"
