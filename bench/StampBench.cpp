@@ -1,47 +1,67 @@
-// Times the per-photo work of a stamp run on 12-megapixel JPEGs against
-// `djpeg -bmp`, which does the same decode and BMP write and nothing else.
+// The stamp run over 24 camera-like 12-megapixel JPEGs, against `djpeg -bmp`
+// (the same decode and BMP write and nothing else) and ImageMagick's convert
+// with -annotate, each on one core and on every core, and the run's peak memory.
+#include <sys/resource.h>
 #include <QCoreApplication>
+#include <QDir>
 #include <QElapsedTimer>
-#include <QFont>
+#include <QFile>
+#include <QFileInfo>
+#include <QFontMetricsF>
 #include <QGuiApplication>
-#include <QImage>
-#include <QImageReader>
-#include <QImageWriter>
 #include <QProcess>
 #include <QRandomGenerator>
 #include <QStandardPaths>
 #include <QTemporaryDir>
+#include <QThread>
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <cstdio>
+#include <cstring>
 #include <functional>
 #include <limits>
+#include <thread>
+#include <vector>
 
-#include "stamp/ImageWriter.h"
-#include "stamp/StampGeometry.h"
-#include "stamp/StampPainter.h"
+#include "stamp/PreviewLayout.h"
+#include "stamp/StampRun.h"
 #include "stamp/TextMetrics.h"
+#include "tools/ExifJpegWriter.h"
 
 namespace {
 
 constexpr int kWidth = 4000;
 constexpr int kHeight = 3000;
-constexpr int kPhotos = 3;
-constexpr int kRepeats = 3;
-constexpr double kGoal = 1.5;
-const QString kText = QStringLiteral("05-Mar-2014 01:34:56 PM");
+constexpr int kPhotos = 24;
+constexpr double kImageMagickGoal = 5.0;  // at least this many times convert's throughput
+constexpr double kDjpegGoal = 1.2;        // at most this many times djpeg's time
+constexpr double kScalingGoal = 1.7;      // all cores against one
+constexpr double kMemoryGoalMB = 400;     // peak with two workers
+const QString kText = QStringLiteral("05-Mar-2014 13:34:56");
 
-// Smooth shading, fine texture and sensor-like noise, so the JPEG decoder has
-// camera-like work to do rather than flat blocks.
+// Smooth shading, fine texture and sensor-like noise, so the decoder has a
+// camera's work to do rather than flat blocks. Tables keep it quick.
 QImage cameraLike(quint32 seed) {
     QRandomGenerator random(seed);
-    QImage image(kWidth, kHeight, QImage::Format_RGB32);
     const double phase = random.generateDouble() * 6.28;
+    std::vector<double> shadeX(kWidth), sinX(kWidth), cosX(kWidth);
+    for (int x = 0; x < kWidth; ++x) {
+        shadeX[size_t(x)] = std::sin(x * 0.0021 + phase);
+        sinX[size_t(x)] = std::sin(x * 0.31);
+        cosX[size_t(x)] = std::cos(x * 0.31);
+    }
+    QImage image(kWidth, kHeight, QImage::Format_RGB32);
     for (int y = 0; y < kHeight; ++y) {
+        const double shadeY = 0.3 * std::cos(y * 0.0017);
+        const double sinY = std::sin(y * 0.07);
+        const double cosY = std::cos(y * 0.07);
+        const double ripple = 0.12 * std::sin(y * 0.23);
         auto* row = reinterpret_cast<QRgb*>(image.scanLine(y));
         for (int x = 0; x < kWidth; ++x) {
-            const double shade = 0.5 + 0.3 * std::sin(x * 0.0021 + phase) * std::cos(y * 0.0017);
-            const double texture = 0.12 * std::sin(x * 0.31 + y * 0.07) * std::sin(y * 0.23);
+            const size_t i = size_t(x);
+            const double shade = 0.5 + shadeX[i] * shadeY;
+            const double texture = ripple * (sinX[i] * cosY + cosX[i] * sinY);
             const quint32 noise = random.generate();
             auto channel = [&](double tint, int shift) {
                 const int n = static_cast<int>((noise >> shift) & 31) - 16;
@@ -53,34 +73,116 @@ QImage cameraLike(quint32 seed) {
     return image;
 }
 
-double bestMs(int repeats, const std::function<void()>& work) {
-    double best = std::numeric_limits<double>::max();
-    for (int i = 0; i < repeats; ++i) {
-        QElapsedTimer timer;
-        timer.start();
-        work();
-        best = std::min(best, timer.nsecsElapsed() / 1e6);
+// CPU seconds (user and system) of this process's threads and its finished children.
+double cpuSeconds() {
+    double total = 0;
+    for (const int who : {RUSAGE_SELF, RUSAGE_CHILDREN}) {
+        rusage usage{};
+        getrusage(who, &usage);
+        total += double(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
+                 double(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
     }
-    return best;
+    return total;
 }
 
-// Decode, place, draw and write: one photo of a run. A run that keeps its
-// pixel buffer from photo to photo (reader.read into the same QImage) saves the
-// first-touch page faults of a fresh 48 MB buffer, about half of the decode.
-bool stampOne(const QString& in, const QString& out, const QFont& font,
-              const StampGeometry::Snapshot& snapshot, const QSizeF& label, QImage& buffer) {
-    QImageReader reader(in);
-    QImage photo = std::move(buffer);
-    if (!reader.read(&photo)) {
-        return false;
+struct Timing {
+    double wall = std::nan("");  // seconds, the best run
+    double cpu = std::nan("");   // CPU seconds of that run
+};
+
+Timing best(int repeats, const std::function<bool()>& work) {
+    Timing result;
+    for (int i = 0; i < repeats; ++i) {
+        const double cpuBefore = cpuSeconds();
+        QElapsedTimer timer;
+        timer.start();
+        if (!work()) {
+            return Timing{};
+        }
+        const double wall = timer.nsecsElapsed() / 1e9;
+        if (std::isnan(result.wall) || wall < result.wall) {
+            result = Timing{wall, cpuSeconds() - cpuBefore};
+        }
     }
-    const float w = static_cast<float>(photo.width());
-    const float h = static_cast<float>(photo.height());
-    const StampGeometry::TPosition at = StampGeometry::calculateOutputPosition(
-        snapshot, StampGeometry::outputArea(w, h, true), static_cast<float>(label.width()),
-        static_cast<float>(label.height()));
-    buffer = StampPainter::drawStamp(std::move(photo), kText, font, Qt::yellow, at);
-    return ImageWriter::saveImage(buffer, w, h, out);
+    return result;
+}
+
+// The run as the window would start it: the photos' own dates, a label in the
+// lower right of the margin on a 1000 x 750 preview.
+StampJob benchJob(const QStringList& photos, const QString& out) {
+    StampJob job;
+    job.photos = photos;
+    job.gDateType = 1;
+    job.gTimeType = 1;
+    job.font = QFont(QStringLiteral("DejaVu Sans"));
+    job.font.setPointSize(96);
+    job.color = QColor(255, 200, 0);
+    job.margin = true;
+    job.outputFolder = out;
+    job.labelTextSize = TextMetrics::measureText(kText, job.font);
+    const PreviewLayout::Size preview{1000, 750};
+    const StampGeometry::StampArea area = PreviewLayout::stampArea(preview, preview, true);
+    const PreviewLayout::Size label{240, 24};
+    const StampGeometry::TPosition at = PreviewLayout::presetOrigin(4, area, label);
+    job.snapshot =
+        StampGeometry::backupPositionAndSize(area, at.x, at.y, label.width, label.height);
+    return job;
+}
+
+bool runStamp(const QStringList& photos, const QString& out, int jobs) {
+    QDir(out).removeRecursively();
+    QDir().mkpath(out);
+    int written = 0;
+    StampRun(benchJob(photos, out)).run(jobs, [&](const StampOutcome& o) {
+        written += o.written ? 1 : 0;
+    });
+    return written == photos.size();
+}
+
+bool runXargs(const QString& list, int jobs, const QStringList& command) {
+    QProcess xargs;
+    // One thread per convert (it would use every core by itself), as for the others.
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("MAGICK_THREAD_LIMIT"), QStringLiteral("1"));
+    xargs.setProcessEnvironment(environment);
+    xargs.start(QStringLiteral("xargs"),
+                QStringList{"-a", list, "-P", QString::number(jobs), "-I{}"} + command);
+    return xargs.waitForFinished(-1) && xargs.exitStatus() == QProcess::NormalExit &&
+           xargs.exitCode() == 0;
+}
+
+long statusKB(const char* field) {
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QIODevice::ReadOnly)) {
+        return -1;
+    }
+    for (const QByteArray& line : status.readAll().split('\n')) {
+        if (line.startsWith(field)) {
+            return line.mid(qsizetype(std::strlen(field))).trimmed().split(' ').first().toLong();
+        }
+    }
+    return -1;
+}
+
+// In a child of its own, so nothing of the generator counts: the run with two
+// workers, printing the peak resident size after photos 4 and 24.
+int childRun(const QStringList& arguments) {
+    const QString out = arguments.at(0);
+    const QStringList photos = arguments.mid(1);
+    long afterFour = -1;
+    int done = 0;
+    QDir().mkpath(out);
+    StampRun(benchJob(photos, out)).run(2, [&](const StampOutcome&) {
+        if (++done == 4) {
+            afterFour = statusKB("VmHWM:");
+        }
+    });
+    std::printf("%ld %ld\n", afterFour, statusKB("VmHWM:"));
+    return done == photos.size() ? 0 : 1;
+}
+
+QString verdict(bool met) {
+    return met ? QStringLiteral("met") : QStringLiteral("MISSED");
 }
 
 }  // namespace
@@ -90,82 +192,161 @@ int main(int argc, char** argv) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
     QGuiApplication app(argc, argv);
-    const QString djpeg = QStandardPaths::findExecutable(QStringLiteral("djpeg"));
-    QTemporaryDir dir;
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() > 2 && arguments.at(1) == QLatin1String("--child")) {
+        return childRun(arguments.mid(2));
+    }
+    // In memory where there is room, so the disk does not set the pace of any tool.
+    const QString base = QFileInfo(QStringLiteral("/dev/shm")).isWritable()
+                             ? QStringLiteral("/dev/shm/stampbench-XXXXXX")
+                             : QDir::tempPath() + QStringLiteral("/stampbench-XXXXXX");
+    QTemporaryDir dir(base);
     if (!dir.isValid()) {
         std::fprintf(stderr, "no temporary folder\n");
         return 1;
     }
+    const int cores = std::max(1, QThread::idealThreadCount());
 
-    std::printf("generating %d photos of %dx%d (JPEG quality 90)...\n", kPhotos, kWidth, kHeight);
+    std::printf("generating %d photos of %dx%d (JPEG quality 90, EXIF date, thumbnail)...\n",
+                kPhotos, kWidth, kHeight);
+    std::fflush(stdout);
     QStringList photos;
     for (int i = 0; i < kPhotos; ++i) {
-        const QString path =
-            dir.filePath(QStringLiteral("IMG_%1.JPG").arg(i + 1, 4, 10, QChar('0')));
-        QImageWriter writer(path, "jpeg");
-        writer.setQuality(90);
-        if (!writer.write(cameraLike(static_cast<quint32>(i + 1)))) {
-            std::fprintf(stderr, "cannot write %s\n", qPrintable(path));
+        photos << dir.filePath(QStringLiteral("in/IMG_%1.JPG").arg(i + 1, 4, 10, QChar('0')));
+    }
+    QDir().mkpath(dir.filePath(QStringLiteral("in")));
+    std::atomic<int> next{0};
+    std::atomic<bool> generated{true};
+    std::vector<std::thread> generators;
+    for (int t = 0; t < cores; ++t) {
+        generators.emplace_back([&] {
+            for (int i = next++; i < kPhotos; i = next++) {
+                ExifJpegWriter::Fields fields;
+                fields.dateTimeOriginal =
+                    QStringLiteral("2014:03:%1 13:34:56").arg(i + 1, 2, 10, QChar('0'));
+                fields.thumbnail = QImage(160, 120, QImage::Format_RGB32);
+                fields.thumbnail.fill(Qt::darkGreen);
+                if (!ExifJpegWriter::write(photos[i], cameraLike(quint32(i + 1)), fields)) {
+                    generated = false;
+                }
+            }
+        });
+    }
+    for (std::thread& thread : generators) {
+        thread.join();
+    }
+    if (!generated) {
+        std::fprintf(stderr, "cannot write the photos\n");
+        return 1;
+    }
+    const QString list = dir.filePath(QStringLiteral("photos.txt"));
+    {
+        QFile file(list);
+        if (!file.open(QIODevice::WriteOnly)) {
             return 1;
         }
-        photos << path;
+        file.write(photos.join('\n').toLocal8Bit() + '\n');
     }
 
-    QFont font(QStringLiteral("DejaVu Sans"));
-    font.setPointSize(96);
-    const QSizeF label = TextMetrics::measureText(kText, font);
-    // A label in the lower-right quarter of a 1000x750 preview.
-    const StampGeometry::Snapshot snapshot = StampGeometry::backupPositionAndSize(
-        StampGeometry::outputArea(1000, 750, true), 600, 100, 240, 24);
+    const QString djpeg = QStandardPaths::findExecutable(QStringLiteral("djpeg"));
+    // Debian's own binary first: a `convert` earlier on the PATH may be a wrapper.
+    QString convert = QStandardPaths::findExecutable(QStringLiteral("convert-im6.q16"));
+    if (convert.isEmpty()) {
+        convert = QStandardPaths::findExecutable(QStringLiteral("convert"));
+    }
+    const QString fontFile = QStringLiteral("/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf");
+    // The baseline of ImageMagick's text at the run's place on a 4000 x 3000 photo.
+    const StampJob job = benchJob(photos, QString());
+    const StampGeometry::TPosition at = StampGeometry::calculateOutputPosition(
+        job.snapshot, StampGeometry::outputArea(kWidth, kHeight, true),
+        float(job.labelTextSize.width()), float(job.labelTextSize.height()));
+    QImage device72(1, 1, QImage::Format_RGB32);
+    device72.setDotsPerMeterX(TextMetrics::kDotsPerMeter72);
+    device72.setDotsPerMeterY(TextMetrics::kDotsPerMeter72);
+    const QFontMetricsF metrics(job.font, &device72);
+    const QString offset =
+        QStringLiteral("+%1+%2")
+            .arg(qRound(at.x))
+            .arg(qRound(kHeight - double(at.y) - metrics.height() + metrics.ascent()));
+    const QStringList magick{
+        convert,      "{}",
+        "-font",      QFile::exists(fontFile) ? fontFile : QStringLiteral("DejaVu-Sans"),
+        "-pointsize", "96",
+        "-fill",      "#ffc800",
+        "-annotate",  offset,
+        kText,        "BMP3:{}.im.bmp"};
 
-    std::printf("\nbest of %d, milliseconds\n", kRepeats);
-    std::printf("%-14s %8s %8s %8s %8s %8s %10s %8s\n", "photo", "decode", "draw", "write", "total",
-                "kept", "djpeg-bmp", "ratio");
-    double sumTotal = 0;
-    double sumKept = 0;
-    double sumDjpeg = 0;
+    struct Tool {
+        const char* name;
+        std::function<bool(int)> run;
+        int repeats;
+        bool present;
+        Timing single;
+        Timing all;
+    };
+    const QString out = dir.filePath(QStringLiteral("out"));
+    std::vector<Tool> tools{
+        {"stampwise", [&](int jobs) { return runStamp(photos, out, jobs); }, 3, true, {}, {}},
+        {"djpeg -bmp",
+         [&](int jobs) {
+             return runXargs(list, jobs, {djpeg, "-bmp", "-outfile", "{}.djpeg.bmp", "{}"});
+         },
+         3,
+         !djpeg.isEmpty(),
+         {},
+         {}},
+        {"convert",
+         [&](int jobs) { return runXargs(list, jobs, magick); },
+         2,
+         !convert.isEmpty(),
+         {},
+         {}},
+    };
     bool ok = true;
-    for (const QString& in : photos) {
-        const QString name = QFileInfo(in).fileName();
-        const QString out = dir.filePath(QStringLiteral("out-") + name);
-        QImage decoded;
-        const double decode = bestMs(kRepeats, [&] { decoded = QImage(in); });
-        double draw = std::numeric_limits<double>::max();
-        QImage drawn;
-        for (int i = 0; i < kRepeats; ++i) {
-            QImage copy = decoded.copy();  // deep copy outside the timer
-            QElapsedTimer timer;
-            timer.start();
-            drawn = StampPainter::drawStamp(std::move(copy), kText, font, Qt::yellow, {400, 80});
-            draw = std::min(draw, timer.nsecsElapsed() / 1e6);
+    std::printf("\nfiles in %s; photos per second (best of runs) and CPU per photo\n",
+                qPrintable(dir.path()));
+    std::printf("%-12s %10s %10s %8s %12s\n", "", "one core",
+                qPrintable(QStringLiteral("%1 cores").arg(cores)), "scaling", "CPU ms/photo");
+    for (Tool& tool : tools) {
+        if (!tool.present) {
+            std::printf("%-12s not found\n", tool.name);
+            continue;
         }
-        const double write = bestMs(
-            kRepeats, [&] { ok = ImageWriter::saveImage(drawn, kWidth, kHeight, out) && ok; });
-        const double total = bestMs(kRepeats, [&] {
-            QImage fresh;
-            ok = stampOne(in, out, font, snapshot, label, fresh) && ok;
-        });
-        QImage kept;
-        const double keptTotal =
-            bestMs(kRepeats, [&] { ok = stampOne(in, out, font, snapshot, label, kept) && ok; });
-        double baseline = std::nan("");
-        if (!djpeg.isEmpty()) {
-            baseline = bestMs(kRepeats, [&] {
-                const int code =
-                    QProcess::execute(djpeg, {"-bmp", "-outfile", dir.filePath("djpeg.bmp"), in});
-                ok = code == 0 && ok;
-            });
-        }
-        sumTotal += total;
-        sumKept += keptTotal;
-        sumDjpeg += baseline;
-        std::printf("%-14s %8.1f %8.1f %8.1f %8.1f %8.1f %10.1f %8.2f\n", qPrintable(name), decode,
-                    draw, write, total, keptTotal, baseline, total / baseline);
+        tool.single = best(tool.repeats, [&] { return tool.run(1); });
+        tool.all = best(tool.repeats, [&] { return tool.run(cores); });
+        ok = ok && !std::isnan(tool.single.wall) && !std::isnan(tool.all.wall);
+        std::printf("%-12s %10.2f %10.2f %8.2f %12.0f\n", tool.name, kPhotos / tool.single.wall,
+                    kPhotos / tool.all.wall, tool.single.wall / tool.all.wall,
+                    tool.single.cpu / kPhotos * 1000);
+        std::fflush(stdout);
     }
-    const double ratio = sumTotal / sumDjpeg;
-    std::printf("\ndecode+draw+write / djpeg -bmp: %.2f (goal %.1f or less)%s\n", ratio, kGoal,
-                djpeg.isEmpty() ? " - djpeg not found (package libjpeg-turbo-progs)" : "");
-    std::printf("the same with the pixel buffer kept between photos: %.2f\n", sumKept / sumDjpeg);
+
+    QProcess child;
+    child.start(QCoreApplication::applicationFilePath(),
+                QStringList{"--child", dir.filePath(QStringLiteral("child"))} + photos);
+    child.waitForFinished(-1);
+    const QList<QByteArray> peaks = child.readAllStandardOutput().trimmed().split(' ');
+    const double afterFour = peaks.size() == 2 ? peaks[0].toDouble() / 1024 : std::nan("");
+    const double peak = peaks.size() == 2 ? peaks[1].toDouble() / 1024 : std::nan("");
+    ok = ok && child.exitCode() == 0;
+
+    const double ours = tools[0].single.wall;
+    const double oursAll = tools[0].all.wall;
+    const double djpegTime = tools[1].single.wall;
+    const double magickTime = tools[2].single.wall;
+    std::printf("\ngoals\n");
+    std::printf("  one core: %.2f x ImageMagick's throughput (at least %.0f): %s\n",
+                magickTime / ours, kImageMagickGoal,
+                qPrintable(verdict(magickTime / ours >= kImageMagickGoal)));
+    std::printf("  one core: %.2f x djpeg's time (at most %.1f): %s\n", ours / djpegTime,
+                kDjpegGoal, qPrintable(verdict(ours / djpegTime <= kDjpegGoal)));
+    std::printf("  %d cores: %.2f x one core's throughput (at least %.1f): %s\n", cores,
+                ours / oursAll, kScalingGoal, qPrintable(verdict(ours / oursAll >= kScalingGoal)));
+    std::printf(
+        "  peak memory, two workers: %.0f MB after 4 photos, %.0f MB after %d (under %.0f, "
+        "flat): %s\n",
+        afterFour, peak, kPhotos, kMemoryGoalMB,
+        qPrintable(verdict(peak < kMemoryGoalMB && peak <= afterFour * 1.05)));
     if (!ok) {
         std::fprintf(stderr, "a step failed\n");
         return 1;
