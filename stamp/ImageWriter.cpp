@@ -51,6 +51,20 @@ QByteArray header(qint32 width, qint32 height, quint32 imageBytes) {
     return bytes;
 }
 
+// Writes on after a short write, so that a full disk shows as the error of the
+// write that failed rather than as a count that came up short.
+bool writeAll(QSaveFile& file, const char* data, qint64 size) {
+    while (size > 0) {
+        const qint64 written = file.write(data, size);
+        if (written <= 0) {
+            return false;
+        }
+        data += written;
+        size -= written;
+    }
+    return true;
+}
+
 }  // namespace
 
 QString ImageWriter::expandTilde(const QString& fileName) {
@@ -110,8 +124,8 @@ bool ImageWriter::saveImage(const QImage& image, float width, float height, cons
     if (!file.open(QIODevice::WriteOnly)) {
         return fail(file.errorString());
     }
-    if (file.write(header(outW, outH, static_cast<quint32>(imageBytes))) !=
-        kFileHeaderSize + kInfoHeaderSize) {
+    const QByteArray head = header(outW, outH, static_cast<quint32>(imageBytes));
+    if (!writeAll(file, head.constData(), head.size())) {
         const QString why = file.errorString();  // before cancelWriting() replaces it
         file.cancelWriting();
         return fail(why);
@@ -141,7 +155,7 @@ bool ImageWriter::saveImage(const QImage& image, float width, float height, cons
                         static_cast<size_t>(rowBytes - done * kBytesPerPixel));
         }
         const qint64 bytes = count * rowBytes;
-        if (file.write(chunk.data(), bytes) != bytes) {
+        if (!writeAll(file, chunk.data(), bytes)) {
             const QString why = file.errorString();
             file.cancelWriting();
             return fail(why);
