@@ -401,7 +401,7 @@ int StampCommand::stamp(const StampJob& job, int jobs, const QStringList& leftOu
         print(outcome);
     }
     const QString folder = job.outputFolder;
-    if (run.cancelled()) {
+    if (run.cancelled() && done < job.photos.size()) {
         out_ << "Cancelled: " << written << " of " << total << " photos written into " << folder
              << "\n";
     } else if (job.dryRun) {
