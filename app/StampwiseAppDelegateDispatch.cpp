@@ -28,21 +28,6 @@ bool isViewSearchTag(qint64 tag) {
            inRange(tag, 35000, 36999) || inRange(tag, 39000, 39999) || inRange(tag, 40000, 40199);
 }
 
-// The widget itself or its first descendant, depth first, carrying the tag.
-QWidget* viewWithTag(QWidget* root, qint64 tag) {
-    if (ControlTag::hasTag(root) && ControlTag::tagOf(root) == tag) {
-        return root;
-    }
-    for (QObject* child : root->children()) {
-        if (auto* widget = qobject_cast<QWidget*>(child)) {
-            if (QWidget* found = viewWithTag(widget, tag)) {
-                return found;
-            }
-        }
-    }
-    return nullptr;
-}
-
 bool isInWidgetOfType(const QAction* action, const QMetaObject& type) {
     const QList<QObject*> owners = action->associatedObjects();
     return std::any_of(owners.begin(), owners.end(),
@@ -71,17 +56,7 @@ bool senderIsOfKind(QObject* sender, Kind kind) {
 
 QObject* StampwiseAppDelegate::getGUIObject(qint64 tag, QObject* container) const {
     if (inRange(tag, 30000, 30999)) {
-        auto* toolbar = qobject_cast<QToolBar*>(container);
-        if (toolbar == nullptr) {
-            return nullptr;
-        }
-        const QList<QAction*> items = toolbar->actions();
-        for (QAction* item : items) {
-            if (ControlTag::hasTag(item) && ControlTag::tagOf(item) == tag) {
-                return item;
-            }
-        }
-        return nullptr;
+        return ControlTag::toolbarItemWithTag(qobject_cast<QToolBar*>(container), tag);
     }
     if (!isViewSearchTag(tag)) {
         return nullptr;
@@ -90,7 +65,7 @@ QObject* StampwiseAppDelegate::getGUIObject(qint64 tag, QObject* container) cons
     if (container == nullptr && window_) {
         root = window_->centralWidget();
     }
-    return root != nullptr ? viewWithTag(root, tag) : nullptr;
+    return root != nullptr ? ControlTag::viewWithTag(root, tag) : nullptr;
 }
 
 // A tag the window does not have, or a known tag on a control of another kind,
