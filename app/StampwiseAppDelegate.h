@@ -14,6 +14,7 @@
 #include "app/ControlRegistry.h"
 #include "app/ControllerState.h"
 #include "app/MainWindow.h"
+#include "app/MyProtocolDelegate.h"
 #include "browser/AssetCollectionView.h"
 #include "catalog/AssetCollection.h"
 #include "platform/Notification.h"
@@ -31,7 +32,7 @@ class QWidget;
 // Its implementation is split by topic: StampwiseAppDelegate.cpp (start-up,
 // quitting, notifications), ...Settings.cpp, ...Dispatch.cpp, ...Toolbar.cpp
 // (enabled states and counters) and ...Catalog.cpp (catalog commands).
-class StampwiseAppDelegate : public QObject {
+class StampwiseAppDelegate : public QObject, public MyProtocolDelegate {
     Q_OBJECT
   public:
     StampwiseAppDelegate(AlertPanel& alerts, OpenPanel& openPanel, QObject* parent = nullptr);
@@ -52,8 +53,9 @@ class StampwiseAppDelegate : public QObject {
     void performLongRunningWork();
     void performClickTitleCheckBox();
 
-    void defaultLoadAppSetting();
-    void defaultSaveAppSetting();
+    void defaultLoadAppSetting() override;
+    void defaultSaveAppSetting() override;
+    void reWriteDataTime() override;
 
     void promptEvent(QObject* sender);
     QObject* getGUIObject(qint64 tag, QObject* container) const;
@@ -115,7 +117,7 @@ class StampwiseAppDelegate : public QObject {
     QToolBar* aToolbar() const { return aToolbar_; }
     RadioMatrix* aMatrix() const { return aMatrix_; }
     QWidget* window() const;
-    // Secondary windows opened so far (About, Safety, Type), for inspection.
+    // Secondary windows opened so far (About, Safety, Type, Help), for inspection.
     QWidget* secondaryWindow(const QString& name) const;
 
   signals:
