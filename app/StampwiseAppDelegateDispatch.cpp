@@ -10,6 +10,7 @@
 #include "app/Messages.h"
 #include "app/SafetyWindowController.h"
 #include "app/StampwiseAppDelegate.h"
+#include "app/TypeWindowController.h"
 #include "platform/AlertPanel.h"
 #include "platform/ControlTag.h"
 
@@ -18,6 +19,7 @@ using namespace ControlRegistry;
 namespace {
 constexpr const char* kAboutWindow = "About";
 constexpr const char* kSafetyWindow = "Safety";
+constexpr const char* kTypeWindow = "Type";
 
 bool inRange(qint64 tag, qint64 low, qint64 high) {
     return tag >= low && tag <= high;
@@ -106,6 +108,9 @@ void StampwiseAppDelegate::perform(const Control& control, QObject* sender) {
         case OpenSafety:
             openSecondaryWindow(QLatin1String(kSafetyWindow));
             break;
+        case OpenType:
+            openSecondaryWindow(QLatin1String(kTypeWindow));
+            break;
         case Quit:
             if (alerts_.confirm(QLatin1String(Messages::kQuitTitle),
                                 QLatin1String(Messages::kQuitMessage))) {
@@ -130,10 +135,9 @@ void StampwiseAppDelegate::perform(const Control& control, QObject* sender) {
         case DateSource:
             chooseDateSource();
             break;
-        // The stamp run, the Type window, font, colour, margin and sorting come
-        // with the workflow and the browser.
+        // The stamp run, font, colour, margin and sorting come with the workflow
+        // and the browser.
         case Stamp:
-        case OpenType:
         case ChooseFont:
         case ChooseColour:
         case Margin:
@@ -181,6 +185,11 @@ void StampwiseAppDelegate::openSecondaryWindow(const QString& name) {
             slot = std::make_unique<AboutWindowController>();
         } else if (name == QLatin1String(kSafetyWindow)) {
             slot = std::make_unique<SafetyWindowController>();
+        } else if (name == QLatin1String(kTypeWindow)) {
+            auto type = std::make_unique<TypeWindowController>();
+            type->setAppDelegate(this);
+            type->setMyProtocolDelegate(this);
+            slot = std::move(type);
         } else {
             secondaryWindows_.erase(name);
             return;
