@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "app/AboutWindowController.h"
+#include "app/HelpWindowController.h"
 #include "app/Messages.h"
 #include "app/SafetyWindowController.h"
 #include "app/StampwiseAppDelegate.h"
@@ -20,6 +21,7 @@ namespace {
 constexpr const char* kAboutWindow = "About";
 constexpr const char* kSafetyWindow = "Safety";
 constexpr const char* kTypeWindow = "Type";
+constexpr const char* kHelpWindow = "Help";
 
 bool inRange(qint64 tag, qint64 low, qint64 high) {
     return tag >= low && tag <= high;
@@ -111,6 +113,9 @@ void StampwiseAppDelegate::perform(const Control& control, QObject* sender) {
         case OpenType:
             openSecondaryWindow(QLatin1String(kTypeWindow));
             break;
+        case OpenHelp:
+            openSecondaryWindow(QLatin1String(kHelpWindow));
+            break;
         case Quit:
             if (alerts_.confirm(QLatin1String(Messages::kQuitTitle),
                                 QLatin1String(Messages::kQuitMessage))) {
@@ -190,6 +195,8 @@ void StampwiseAppDelegate::openSecondaryWindow(const QString& name) {
             type->setAppDelegate(this);
             type->setMyProtocolDelegate(this);
             slot = std::move(type);
+        } else if (name == QLatin1String(kHelpWindow)) {
+            slot = std::make_unique<HelpWindowController>();
         } else {
             secondaryWindows_.erase(name);
             return;

@@ -27,7 +27,7 @@ const std::set<Command> kNotYetActive = {Nothing, Stamp,         ChooseFont, Cho
 // Everything a command can visibly change, to tell whether one ran.
 struct Observed {
     qsizetype alerts, panels;
-    bool about, safety, type;
+    bool about, safety, type, help;
     qint64 total, ticked, channel;
     int presetsOn;
     bool preview;
@@ -47,6 +47,7 @@ Observed observe(AppFixture& app) {
             d.secondaryWindow("About") != nullptr,
             d.secondaryWindow("Safety") != nullptr,
             d.secondaryWindow("Type") != nullptr,
+            d.secondaryWindow("Help") != nullptr,
             d.totalAmount(),
             d.totalSelectedAmount(),
             d.selectChannel(),
@@ -210,6 +211,7 @@ class DispatchTest : public QObject {
         QTest::addColumn<QString>("control");
         QTest::newRow("About") << "actionAbout";
         QTest::newRow("Type") << "typeButton";
+        QTest::newRow("Help") << "actionHelp";
     }
     void secondaryWindowIsMadeOnceAndCentred() {
         QFETCH(QString, control);

@@ -1,10 +1,16 @@
 #include <QAbstractButton>
+#include <QFile>
 #include <QRadioButton>
 #include <QSettings>
+#include <QTemporaryDir>
 #include <QTest>
+#include <QTextBlock>
+#include <QTextBrowser>
+#include <QTextDocument>
 
 #include "AppFixture.h"
 #include "TestRegistry.h"
+#include "app/HelpWindowController.h"
 #include "app/TypeWindowController.h"
 #include "platform/ControlTag.h"
 #include "platform/RadioMatrix.h"
@@ -20,6 +26,20 @@ TypeWindowController* openTypeWindow(AppFixture& app) {
 
 RadioMatrix* matrix(TypeWindowController* window, qint64 tag) {
     return qobject_cast<RadioMatrix*>(window->getGUIObject(tag, nullptr));
+}
+
+// The names of the pictures the page shows.
+QStringList imageNames(const QTextDocument* document) {
+    QStringList names;
+    for (QTextBlock block = document->begin(); block.isValid(); block = block.next()) {
+        for (auto it = block.begin(); !it.atEnd(); ++it) {
+            const QTextCharFormat format = it.fragment().charFormat();
+            if (format.isImageFormat()) {
+                names << format.toImageFormat().name();
+            }
+        }
+    }
+    return names;
 }
 }  // namespace
 
@@ -86,6 +106,38 @@ class SecondaryWindowsTest : public QObject {
         QObject* found =
             window.getGUIObject(tag, inMainWindow ? app.window->centralWidget() : nullptr);
         QCOMPARE(found != nullptr ? found->objectName() : QString(), expectedName);
+    }
+
+    // The page beside the program wins; without one the built-in guide shows,
+    // pictures and all.
+    void helpShowsWelcomePage_data() {
+        QTest::addColumn<QString>("besideProgram");
+        QTest::addColumn<QString>("title");
+        QTest::newRow("page beside the program")
+            << "<html><head><title>Local notes</title></head><body>x</body></html>"
+            << "Local notes";
+        QTest::newRow("built-in copy") << QString() << "Stampwise Help";
+    }
+    void helpShowsWelcomePage() {
+        QFETCH(QString, besideProgram);
+        QFETCH(QString, title);
+        QTemporaryDir folder;
+        if (!besideProgram.isEmpty()) {
+            QFile page(folder.filePath("welcome.html"));
+            QVERIFY(page.open(QIODevice::WriteOnly));
+            page.write(besideProgram.toUtf8());
+        }
+        HelpWindowController help(folder.path());
+        QTextDocument* document = help.webView()->document();
+        QCOMPARE(document->metaInformation(QTextDocument::DocumentTitle), title);
+        QVERIFY(!document->isEmpty());
+        const QStringList images = imageNames(document);
+        QCOMPARE(images.isEmpty(), !besideProgram.isEmpty());
+        for (const QString& name : images) {
+            QVERIFY2(
+                !help.webView()->loadResource(QTextDocument::ImageResource, QUrl(name)).isNull(),
+                qPrintable(name));
+        }
     }
 };
 SW_TEST_CLASS(SecondaryWindowsTest)
