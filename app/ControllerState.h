@@ -37,10 +37,20 @@ struct ModelPhoto {
     std::optional<QString> dateTimeString;  // its date text in the chosen layout
 };
 
+// The label's frame in the preview: lower-left corner and size, y-up points.
+struct LabelFrame {
+    float x = 0;
+    float y = 0;
+    float width = 0;
+    float height = 0;
+};
+
 // Where the label sits. All values y-up, in preview points.
 struct LabelPlacement {
     // 0 no model photo yet, 1 shown but label not placed, 2 placed (a run needs 2).
     qint64 isFirstTime = 0;
+    // Kept in floats: the widget's own geometry is whole points.
+    LabelFrame frame;
     StampGeometry::StampArea stampArea;  // miniX, miniY, maxX, maxY
     StampGeometry::Snapshot snapshot;    // bakIMG_* and bakTIME_* at the last placement
 };

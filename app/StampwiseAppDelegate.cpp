@@ -6,8 +6,11 @@
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QLabel>
+#include <QLineEdit>
 #include <QScreen>
 
+#include "app/ColourChooser.h"
+#include "app/FontChooser.h"
 #include "app/Messages.h"
 #include "app/WindowPlacement.h"
 #include "platform/AlertPanel.h"
@@ -43,6 +46,13 @@ void StampwiseAppDelegate::connectToWindow(MainWindow* window) {
     splitView_ = ui.splitView;
     slideshowView_ = ui.slideshowView;
     aQNSDragView_->setAtextfield(ui.atextfield);
+    slideshowView_->installEventFilter(this);
+    aNSScrollView_->installEventFilter(this);
+    // The divider is the browser side's width: keep it within its bounds.
+    ui.browserSide->setMinimumWidth(static_cast<int>(constrainMinCoordinate(0)));
+    ui.browserSide->setMaximumWidth(static_cast<int>(constrainMaxCoordinate(1e9)));
+    connect(splitView_, &QSplitter::splitterMoved, this, [this] { splitViewDidResizeSubviews(); });
+    connect(ui.customTextField, &QLineEdit::textChanged, this, [this] { controlTextDidChange(); });
 
     window->setShouldClose([this, window] { return windowShouldClose(window); });
 
@@ -94,6 +104,8 @@ void StampwiseAppDelegate::applicationDidFinishLaunching() {
 void StampwiseAppDelegate::registerObservers() {
     NotificationCenter& center = NotificationCenter::defaultCenter();
     center.removeObserver(this);
+    center.addObserver(this, NotificationNames::kSelectImageMouseDown,
+                       [this](const Notification& n) { processSelectImageMouseDown(n); });
     center.addObserver(this, NotificationNames::kSelectImageHighlight,
                        [this](const Notification& n) { processSelectImageHighlight(n); });
     center.addObserver(this, NotificationNames::kMoveDateTime,
@@ -161,6 +173,7 @@ void StampwiseAppDelegate::processMoveDateTime(const Notification& /*notificatio
             button->setChecked(false);
         }
     }
+    redrawAll(QStringLiteral("1"));
 }
 
 void StampwiseAppDelegate::processGotFileAmount(const Notification& /*notification*/) {
@@ -174,6 +187,8 @@ void StampwiseAppDelegate::processClickTitleCheckBox(const Notification& /*notif
 void StampwiseAppDelegate::performLongRunningWork() {
     redrawAmountInfo();
     state_.catalog.isLoadDirectory = false;
+    resizeAssetCollectionView();
+    redrawAll(QStringLiteral("1"));
 }
 
 void StampwiseAppDelegate::performClickTitleCheckBox() {

@@ -21,8 +21,12 @@
 #include "platform/RadioMatrix.h"
 #include "preview/QNSDragView.h"
 #include "preview/SlideshowView.h"
+#include "stamp/PreviewLayout.h"
+#include "stamp/StampGeometry.h"
 
 class AlertPanel;
+class ColourChooser;
+class FontChooser;
 class QComboBox;
 class OpenPanel;
 class QWidget;
@@ -31,7 +35,9 @@ class QWidget;
 // command dispatch by control tag and the enabled states of the commands.
 // Its implementation is split by topic: StampwiseAppDelegate.cpp (start-up,
 // quitting, notifications), ...Settings.cpp, ...Dispatch.cpp, ...Toolbar.cpp
-// (enabled states and counters) and ...Catalog.cpp (catalog commands).
+// (enabled states and counters), ...Catalog.cpp (catalog commands),
+// ...ModelPhoto.cpp (model photo, date text, measuring), ...PreviewLayout.cpp,
+// ...Style.cpp (font and colour) and ...StampRun.cpp.
 class StampwiseAppDelegate : public QObject, public MyProtocolDelegate {
     Q_OBJECT
   public:
@@ -46,6 +52,7 @@ class StampwiseAppDelegate : public QObject, public MyProtocolDelegate {
     void closeApp();
     void setWindowToCenter(QWidget* window);
 
+    void processSelectImageMouseDown(const Notification& notification);
     void processSelectImageHighlight(const Notification& notification);
     void processMoveDateTime(const Notification& notification);
     void processGotFileAmount(const Notification& notification);
@@ -55,7 +62,6 @@ class StampwiseAppDelegate : public QObject, public MyProtocolDelegate {
 
     void defaultLoadAppSetting() override;
     void defaultSaveAppSetting() override;
-    void reWriteDataTime() override;
 
     void promptEvent(QObject* sender);
     QObject* getGUIObject(qint64 tag, QObject* container) const;
@@ -77,6 +83,36 @@ class StampwiseAppDelegate : public QObject, public MyProtocolDelegate {
     void selectAllImage();
     void deSelectAllImage();
 
+    // The model photo and its date text.
+    void displayImageFileName(const QString& path);
+    void reWriteDataTimeFromChannel(qint64 channel);
+    void reWriteDataTime() override;
+    void controlTextDidChange();
+
+    // The label text measured in the stamp font, and the placement snapshot.
+    void getStandardFontSize(QObject* textControl);
+    QSizeF getOutputStandardFontSize(QObject* textControl) const;
+    void backupPositionAndSize(float x, float y, float w, float h);
+    StampGeometry::TPosition calculateOutputPosition(float width, float height);
+
+    // Layout of the preview, the label and the browser.
+    void redrawAll(const QString& argument);
+    void locateSlideshowView(int position);
+    void resizeAssetCollectionView();
+    double constrainMinCoordinate(double proposed) const;
+    double constrainMaxCoordinate(double proposed) const;
+    void splitViewDidResizeSubviews();
+    qint32 subviewsLayoutType() const { return 0; }
+    void setSubviewsLayoutType(qint32 /*type*/) {}
+
+    // Font and colour choosers; every change applies at once.
+    void openFontPanel();
+    void changeFont(const QFont& chosen);
+    void changeDefaultFont(const QFont& selected);
+    int validModesForFontPanel() const;
+    void openColorPanel();
+    void colorUpdate(const QColor& colour);
+
     // Accessors.
     const ControllerState& state() const { return state_; }
     bool hasImage() const { return state_.model.hasImage; }
@@ -89,6 +125,13 @@ class StampwiseAppDelegate : public QObject, public MyProtocolDelegate {
     void setDateTimeString(const std::optional<QString>& value) {
         state_.model.dateTimeString = value;
     }
+    float imageWidth() const { return state_.model.imageWidth; }
+    float imageHeight() const { return state_.model.imageHeight; }
+    float imageOriginalWidth() const { return state_.model.imageOriginalWidth; }
+    float imageOriginalHeight() const { return state_.model.imageOriginalHeight; }
+    const StampGeometry::StampArea& stampArea() const { return state_.placement.stampArea; }
+    const StampGeometry::Snapshot& snapshot() const { return state_.placement.snapshot; }
+    const LabelFrame& labelFrame() const { return state_.placement.frame; }
     qint64 isFirstTime() const { return state_.placement.isFirstTime; }
     void setIsFirstTime(qint64 value) { state_.placement.isFirstTime = value; }
     qint64 totalAmount() const { return state_.catalog.totalAmount; }
@@ -123,9 +166,22 @@ class StampwiseAppDelegate : public QObject, public MyProtocolDelegate {
   signals:
     // Sent just before the application leaves its event loop for good.
     void applicationWillTerminate();
+    // The model photo's reduced copy reached the preview.
+    void previewShown();
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
     void registerObservers();
+    void readModelPhotoDate(const QString& path);
+    void requestPreview(const QString& path);
+    void setLabelText(const std::optional<QString>& text);
+    void setLabelFrame(const LabelFrame& frame);
+    LabelFrame currentLabelFrame() const;
+    bool marginIsOn() const;
+    PreviewLayout::Size previewSize() const;
+
     void perform(const ControlRegistry::Control& control, QObject* sender);
     void chooseDateSource();
     void chooseBrowserLayout(QComboBox* control);
@@ -153,4 +209,7 @@ class StampwiseAppDelegate : public QObject, public MyProtocolDelegate {
     QPointer<SlideshowView> slideshowView_;
     std::unique_ptr<AssetCollection> assetCollection_;
     std::map<QString, std::unique_ptr<QWidget>> secondaryWindows_;
+    std::unique_ptr<FontChooser> fontChooser_;
+    std::unique_ptr<ColourChooser> colourChooser_;
+    quint64 previewRequest_ = 0;
 };

@@ -132,7 +132,17 @@ void StampwiseAppDelegate::perform(const Control& control, QObject* sender) {
             }
             break;
         case PresetPlace:
+            locateSlideshowView(static_cast<int>(control.tag - Tag::kFirstPreset));
             pressPresetButton(control.tag);
+            break;
+        case Margin:
+            redrawAll(QStringLiteral("1"));
+            break;
+        case ChooseFont:
+            openFontPanel();
+            break;
+        case ChooseColour:
+            openColorPanel();
             break;
         case BrowserLayout:
             chooseBrowserLayout(qobject_cast<QComboBox*>(sender));
@@ -140,12 +150,8 @@ void StampwiseAppDelegate::perform(const Control& control, QObject* sender) {
         case DateSource:
             chooseDateSource();
             break;
-        // The stamp run, font, colour, margin and sorting come with the workflow
-        // and the browser.
+        // The stamp run and sorting come with the workflow and the browser.
         case Stamp:
-        case ChooseFont:
-        case ChooseColour:
-        case Margin:
         case SortAscending:
         case SortKey:
         case Nothing:
@@ -158,6 +164,7 @@ void StampwiseAppDelegate::chooseDateSource() {
     setEnabled(getGUIObject(Tag::kCustomTextField, nullptr), row == 2);
     setEnabled(getGUIObject(Tag::kTypeButton, nullptr), row != 2);
     state_.model.selectChannel = row;
+    reWriteDataTimeFromChannel(row);
 }
 
 void StampwiseAppDelegate::chooseBrowserLayout(QComboBox* control) {

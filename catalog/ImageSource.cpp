@@ -232,6 +232,13 @@ QImage ImageSource::decodeReduced(int maxSide) {
     return readScaled(reader, maxSide);
 }
 
+QImage ImageSource::reducedImage(int maxSide) {
+    if (maxSide <= 0 || !header().readable) {
+        return {};
+    }
+    return decodeReduced(maxSide);
+}
+
 QImage ImageSource::thumbnail(int maxSide) {
     if (maxSide <= 0 || !header().readable) {
         return {};

@@ -55,6 +55,9 @@ class ImageSource {
     // thumbnail when there is one, else a reduced decode. Orientation tags are
     // not applied. Null when nothing can be made.
     QImage thumbnail(int maxSide = kThumbnailMaxPixelSize);
+    // The first image decoded at most maxSide pixels on its longer side (the
+    // decoder reduces as it reads, so a large photo is never held whole).
+    QImage reducedImage(int maxSide);
 
   private:
     struct Header {

@@ -3,15 +3,19 @@
 #include <QGuiApplication>
 #include <QPainter>
 #include <QScreen>
+#include <QtMath>
 #include <algorithm>
+
+#include "stamp/PreviewLayout.h"
 
 SlideshowImageView::SlideshowImageView(QWidget* parent) : QWidget(parent) {
     // Clicks pass through to the preview and the label above it.
     setAttribute(Qt::WA_TransparentForMouseEvents);
 }
 
-void SlideshowImageView::setImage(const QImage& image) {
+void SlideshowImageView::setImage(const QImage& image, QSizeF pointSize) {
     image_ = image;
+    pointSize_ = pointSize.isEmpty() ? image.deviceIndependentSize() : pointSize;
     scaledCache_ = QImage();
     // Resizing the preview refits the photo each time; a copy no larger than
     // the screen keeps that quick for multi-megapixel photos.
@@ -19,10 +23,7 @@ void SlideshowImageView::setImage(const QImage& image) {
     const QScreen* screen = QGuiApplication::primaryScreen();
     const QSize limit = screen ? screen->size() * screen->devicePixelRatio() : QSize(2560, 1600);
     if (!image.isNull() && (image.width() > limit.width() || image.height() > limit.height())) {
-        const QSizeF points = image.deviceIndependentSize();
         display_ = image.scaled(limit, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-        // Same size in points, so the fit and the never-enlarge rule are unchanged.
-        display_.setDevicePixelRatio(display_.width() / points.width());
     }
     update();
 }
@@ -33,25 +34,29 @@ QEasingCurve SlideshowImageView::easeInEaseOut() {
     return curve;
 }
 
-QImage SlideshowImageView::fittedFrame(const QImage& image, QSize size) {
+QImage SlideshowImageView::fittedFrame(const QImage& image, QSize size, QSizeF pointSize) {
     QImage frame(size.expandedTo(QSize(1, 1)), QImage::Format_RGB32);
     frame.fill(Qt::black);
     if (image.isNull()) {
         return frame;
     }
-    // Sizes in points; a high-density image is shown at its point size.
-    const QSizeF points = image.deviceIndependentSize();
-    const double scale =
-        std::min({1.0, frame.width() / points.width(), frame.height() / points.height()});
-    const QSize target(std::max(1, qRound(points.width() * scale)),
-                       std::max(1, qRound(points.height() * scale)));
-    const QImage shrunk = image.size() == target ? image
-                                                 : image.scaled(target, Qt::IgnoreAspectRatio,
-                                                                Qt::SmoothTransformation);
+    const QSizeF points = pointSize.isEmpty() ? image.deviceIndependentSize() : pointSize;
+    const PreviewLayout::Size view{static_cast<float>(frame.width()),
+                                   static_cast<float>(frame.height())};
+    const PreviewLayout::Size shown = PreviewLayout::fitPhoto(
+        {static_cast<float>(points.width()), static_cast<float>(points.height())}, view);
+    const StampGeometry::StampArea area = PreviewLayout::stampArea(view, shown, false);
+    // y-up area to Qt's y-down rectangle.
+    const QRectF target(static_cast<double>(area.miniX),
+                        static_cast<double>(view.height - area.maxY),
+                        static_cast<double>(shown.width), static_cast<double>(shown.height));
+    const QSize whole(std::max(1, qCeil(target.width())), std::max(1, qCeil(target.height())));
+    const QImage shrunk = image.size() == whole ? image
+                                                : image.scaled(whole, Qt::IgnoreAspectRatio,
+                                                               Qt::SmoothTransformation);
     QPainter painter(&frame);
-    painter.drawImage(
-        QPoint((frame.width() - target.width()) / 2, (frame.height() - target.height()) / 2),
-        shrunk);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawImage(target, shrunk);
     return frame;
 }
 
@@ -64,7 +69,7 @@ QImage SlideshowImageView::currentFrame() const {
     if (isTransitioning() && !frame_.isNull()) {
         return frame_.size() == size() ? frame_ : frame_.scaled(size());
     }
-    return scaledCache_.size() == size() ? scaledCache_ : fittedFrame(display_, size());
+    return scaledCache_.size() == size() ? scaledCache_ : fittedFrame(display_, size(), pointSize_);
 }
 
 bool SlideshowImageView::isTransitioning() const {
@@ -80,7 +85,7 @@ void SlideshowImageView::stopTransition() {
 
 void SlideshowImageView::playTransition(const Transitions::Transition& transition,
                                         const QImage& from) {
-    scaledCache_ = fittedFrame(display_, size());
+    scaledCache_ = fittedFrame(display_, size(), pointSize_);
     start(transition, from, scaledCache_);
 }
 
@@ -128,7 +133,7 @@ void SlideshowImageView::paintEvent(QPaintEvent* /*event*/) {
         return;
     }
     if (scaledCache_.size() != size()) {
-        scaledCache_ = fittedFrame(display_, size());
+        scaledCache_ = fittedFrame(display_, size(), pointSize_);
     }
     painter.drawImage(0, 0, scaledCache_);
 }

@@ -16,7 +16,9 @@ class SlideshowImageView : public QWidget {
     explicit SlideshowImageView(QWidget* parent = nullptr);
 
     const QImage& image() const { return image_; }
-    void setImage(const QImage& image);
+    // pointSize is the photo's size in points, which may differ from the image's
+    // own (a reduced copy of a large photo); empty means the image's own size.
+    void setImage(const QImage& image, QSizeF pointSize = {});
 
     // What the view shows now at its size: the current transition frame, the
     // photo on black, or black when hidden.
@@ -30,8 +32,10 @@ class SlideshowImageView : public QWidget {
     void stopTransition();
     bool isTransitioning() const;
 
-    // The photo shrunk to fit `size`, centred on black, as an RGB32 frame.
-    static QImage fittedFrame(const QImage& image, QSize size);
+    // The photo of pointSize (empty: the image's own) shrunk to fit `size`, never
+    // enlarged, centred on black, as an RGB32 frame. It covers exactly the
+    // rectangle PreviewLayout gives, so the label's stamp area lies on the photo.
+    static QImage fittedFrame(const QImage& image, QSize size, QSizeF pointSize = {});
     static QEasingCurve easeInEaseOut();
 
   protected:
@@ -42,6 +46,7 @@ class SlideshowImageView : public QWidget {
 
     QImage image_;
     QImage display_;      // the photo, at most screen-sized
+    QSizeF pointSize_;    // the photo's size in points
     QImage scaledCache_;  // the photo fitted to the view's size
     QImage from_;
     QImage to_;

@@ -106,8 +106,9 @@ bool SlideshowView::isTransitionRunning() const {
                        [](const SlideshowImageView* v) { return v->isTransitioning(); });
 }
 
-void SlideshowView::transitionToImage(const QImage& image) {
+void SlideshowView::transitionToImage(const QImage& image, QSizeF pointSize) {
     image_ = image;
+    pointSize_ = pointSize.isEmpty() ? image.deviceIndependentSize() : pointSize;
     if (autoCyclesTransitionStyle_) {
         setTransitionStyle(
             static_cast<qint32>((static_cast<quint32>(transitionStyle_) + 1u) % 12u));
@@ -116,7 +117,7 @@ void SlideshowView::transitionToImage(const QImage& image) {
     if (!image.isNull()) {
         next = new SlideshowImageView(this);
         next->setGeometry(rect());
-        next->setImage(image);
+        next->setImage(image, pointSize_);
         QImage from;
         if (currentImageView_) {
             from = currentImageView_->currentFrame();
@@ -172,9 +173,8 @@ void SlideshowView::frameSizeChanged() {
     if (image_.isNull()) {
         return;
     }
-    const QSizeF points = image_.deviceIndependentSize();
-    imageWidth_ = static_cast<float>(points.width());
-    imageHeight_ = static_cast<float>(points.height());
+    imageWidth_ = static_cast<float>(pointSize_.width());
+    imageHeight_ = static_cast<float>(pointSize_.height());
     if (transitionStyle_ <= 10 && transitionStyle_ >= 0 &&
         (kBoundsDependentStyles >> transitionStyle_) & 1u) {
         updateSubviewsTransition();

@@ -28,8 +28,9 @@ class SlideshowView : public QWidget {
     float imageHeight() const { return imageHeight_; }
 
     // Shows the image with the installed transition; a null image removes the
-    // current photo with it.
-    void transitionToImage(const QImage& image);
+    // current photo with it. pointSize is the photo's size in points when the
+    // image is a reduced copy; empty means the image's own size.
+    void transitionToImage(const QImage& image, QSizeF pointSize = {});
     // Hides the photo; the next transitionToImage replaces the hidden view.
     void clearImage();
 
@@ -66,6 +67,7 @@ class SlideshowView : public QWidget {
     void frameSizeChanged();
 
     QImage image_;
+    QSizeF pointSize_;
     QPointer<SlideshowImageView> currentImageView_;
     qint32 transitionStyle_ = 0;
     bool autoCyclesTransitionStyle_ = false;

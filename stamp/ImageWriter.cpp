@@ -1,9 +1,13 @@
 #include "stamp/ImageWriter.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
 #include <QDir>
+#include <QFile>
 #include <QSaveFile>
 #include <QtEndian>
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
 #include <cstring>
 #include <vector>
@@ -59,20 +63,26 @@ QString ImageWriter::expandTilde(const QString& fileName) {
     return fileName;
 }
 
-bool ImageWriter::saveImage(const QImage& image, float width, float height,
-                            const QString& fileName) {
+bool ImageWriter::saveImage(const QImage& image, float width, float height, const QString& fileName,
+                            QString* error) {
+    const auto fail = [error](const QString& why) {
+        if (error != nullptr) {
+            *error = why;
+        }
+        return false;
+    };
     const double w = std::round(static_cast<double>(width));
     const double h = std::round(static_cast<double>(height));
     // Also refuses NaN, and sizes whose pixel data a BMP header cannot state.
     if (image.isNull() || !(w >= 1 && w <= INT32_MAX) || !(h >= 1 && h <= INT32_MAX)) {
-        return false;
+        return fail(QStringLiteral("no pixels to write"));
     }
     const qint64 rowBytes = (static_cast<qint64>(w) * kBytesPerPixel + kRowAlignment - 1) /
                             kRowAlignment * kRowAlignment;
     const qint64 maxImageBytes =
         static_cast<qint64>(UINT32_MAX) - kFileHeaderSize - kInfoHeaderSize;
     if (rowBytes > maxImageBytes / static_cast<qint64>(h)) {
-        return false;
+        return fail(QStringLiteral("too large for a BMP file"));
     }
     const qint64 imageBytes = rowBytes * static_cast<qint64>(h);
     const qint32 outW = static_cast<qint32>(w);
@@ -84,17 +94,27 @@ bool ImageWriter::saveImage(const QImage& image, float width, float height,
             ? image
             : image.convertToFormat(QImage::Format_RGB32);
     if (source.isNull()) {
-        return false;
+        return fail(QStringLiteral("out of memory"));
     }
 
-    QSaveFile file(expandTilde(fileName));
+    const QString path = expandTilde(fileName);
+    // QSaveFile would write through a link to wherever it points; the link itself
+    // is replaced instead, as a rename over the path replaces it.
+    const QByteArray encoded = QFile::encodeName(path);
+    struct stat entry {};
+    if (::lstat(encoded.constData(), &entry) == 0 && S_ISLNK(entry.st_mode) &&
+        ::unlink(encoded.constData()) != 0) {
+        return fail(QString::fromLocal8Bit(std::strerror(errno)));
+    }
+    QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly)) {
-        return false;
+        return fail(file.errorString());
     }
     if (file.write(header(outW, outH, static_cast<quint32>(imageBytes))) !=
         kFileHeaderSize + kInfoHeaderSize) {
+        const QString why = file.errorString();  // before cancelWriting() replaces it
         file.cancelWriting();
-        return false;
+        return fail(why);
     }
 
     const qint32 copyW = std::min(outW, source.width());
@@ -122,9 +142,10 @@ bool ImageWriter::saveImage(const QImage& image, float width, float height,
         }
         const qint64 bytes = count * rowBytes;
         if (file.write(chunk.data(), bytes) != bytes) {
+            const QString why = file.errorString();
             file.cancelWriting();
-            return false;
+            return fail(why);
         }
     }
-    return file.commit();
+    return file.commit() || fail(file.errorString());
 }

@@ -10,9 +10,11 @@ namespace ImageWriter {
 // image's bottom-left corner: a larger image is cropped at its top and right, a
 // smaller one is extended there with black. The data is BMP whatever the name's
 // extension; a leading "~" stands for the home folder. The file is replaced
-// atomically, so a failed write leaves an earlier file untouched. False when
-// nothing was written.
-bool saveImage(const QImage& image, float width, float height, const QString& fileName);
+// atomically, so a failed write leaves an earlier file untouched; a symbolic
+// link at the path is replaced, never written through. False when
+// nothing was written; then error, when given, says why ("No space left on device").
+bool saveImage(const QImage& image, float width, float height, const QString& fileName,
+               QString* error = nullptr);
 
 // The name with a leading "~" (alone or before "/") replaced by the home folder.
 QString expandTilde(const QString& fileName);

@@ -23,8 +23,11 @@ bool paintable(QImage::Format format) {
 }  // namespace
 
 QImage StampPainter::drawStamp(QImage photo, const QString& text, const QFont& font,
-                               const QColor& color, StampGeometry::TPosition at) {
-    if (photo.isNull() || text.isEmpty()) {
+                               const QColor& color, StampGeometry::TPosition at,
+                               QSizeF pixelsPerPoint) {
+    const qreal sx = pixelsPerPoint.width();
+    const qreal sy = pixelsPerPoint.height();
+    if (photo.isNull() || text.isEmpty() || !(sx > 0) || !(sy > 0)) {
         return photo;
     }
     if (!paintable(photo.format())) {
@@ -42,8 +45,12 @@ QImage StampPainter::drawStamp(QImage photo, const QString& text, const QFont& f
         painter.setRenderHint(QPainter::TextAntialiasing);
         painter.setFont(font);
         painter.setPen(color);
+        // No transform at all at 1 x 1, so a 72-dpi photo is drawn exactly as measured.
+        if (sx != 1.0 || sy != 1.0) {
+            painter.scale(sx, sy);
+        }
         const QFontMetricsF metrics(painter.font(), &photo);
-        const qreal boxTop = photo.height() - static_cast<qreal>(at.y) - metrics.height();
+        const qreal boxTop = photo.height() / sy - static_cast<qreal>(at.y) - metrics.height();
         painter.drawText(QPointF(at.x, boxTop + metrics.ascent()), text);
     }
     photo.setDotsPerMeterX(dotsX);

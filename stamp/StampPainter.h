@@ -3,6 +3,7 @@
 #include <QColor>
 #include <QFont>
 #include <QImage>
+#include <QSizeF>
 #include <QString>
 
 #include "stamp/StampGeometry.h"
@@ -14,7 +15,12 @@ namespace StampPainter {
 // the bottom-left corner of its measured box (descent included) at `at`, counted
 // from the photo's bottom-left corner. Pass the photo by std::move to draw in
 // place without a copy. A photo in a format QPainter cannot draw on is converted.
+//
+// With pixelsPerPoint other than 1 x 1 (a photo stated at other than 72 dpi:
+// dpi / 72 on each axis), `at` and the text are in the photo's points and are
+// scaled to its pixels, so the stamp covers the same share of the photo as the
+// label did of a preview sized in points.
 QImage drawStamp(QImage photo, const QString& text, const QFont& font, const QColor& color,
-                 StampGeometry::TPosition at);
+                 StampGeometry::TPosition at, QSizeF pixelsPerPoint = QSizeF(1, 1));
 
 }  // namespace StampPainter

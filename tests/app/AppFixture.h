@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QSettings>
+#include <QSignalSpy>
 #include <QTemporaryDir>
+#include <QTest>
 #include <memory>
 
 #include "app/MainWindow.h"
@@ -40,6 +42,21 @@ struct AppFixture {
     void load(int count, int ticked = -1) {
         delegate->setAssetCollection(catalogOf(count, ticked));
         delegate->redrawAmountInfo();
+    }
+
+    // Shows the window at a fixed size and makes path the model photo; true once
+    // its preview is on screen and still.
+    bool showModel(const QString& path) {
+        window->resize(1100, 760);
+        window->show();
+        QSignalSpy shown(delegate.get(), &StampwiseAppDelegate::previewShown);
+        delegate->displayImageFileName(path);
+        // Polled: a quit confirmed in an earlier test stops nested event loops.
+        SlideshowView* preview = window->findChild<SlideshowView*>();
+        for (int i = 0; i < 500 && (shown.isEmpty() || preview->isTransitionRunning()); ++i) {
+            QTest::qWait(20);
+        }
+        return !shown.isEmpty() && !preview->isTransitionRunning();
     }
 
     template <typename T>

@@ -1,6 +1,7 @@
 #include <QAbstractButton>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDialog>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
@@ -20,14 +21,15 @@
 using namespace ControlRegistry;
 
 namespace {
-// Commands whose work arrives with the stamp workflow and the browser.
-const std::set<Command> kNotYetActive = {Nothing, Stamp,         ChooseFont, ChooseColour,
-                                         Margin,  SortAscending, SortKey};
+// Commands whose work arrives with the browser, or that act on a model photo
+// only (ModelPhotoTest uses those).
+const std::set<Command> kNotYetActive = {Nothing, Stamp, Margin, SortAscending, SortKey};
 
 // Everything a command can visibly change, to tell whether one ran.
 struct Observed {
     qsizetype alerts, panels;
     bool about, safety, type, help;
+    int dialogs;
     qint64 total, ticked, channel;
     int presetsOn;
     bool preview;
@@ -48,6 +50,7 @@ Observed observe(AppFixture& app) {
             d.secondaryWindow("Safety") != nullptr,
             d.secondaryWindow("Type") != nullptr,
             d.secondaryWindow("Help") != nullptr,
+            int(app.window->findChildren<QDialog*>().size()),
             d.totalAmount(),
             d.totalSelectedAmount(),
             d.selectChannel(),

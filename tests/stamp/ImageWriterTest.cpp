@@ -1,6 +1,7 @@
 #include <sys/resource.h>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QImage>
 #include <QTest>
 #include <QtEndian>
@@ -111,6 +112,11 @@ class ImageWriterTest : public QObject {
         // And a later write replaces it without a question.
         QVERIFY(ImageWriter::saveImage(pattern(9, 7), 9, 7, path));
         QCOMPARE(QImage(path, "bmp").size(), QSize(9, 7));
+        // A link at the path is replaced by the file; what it points to stays as it was.
+        QVERIFY(QFile::link(path, dir_.path("link.JPG")));
+        QVERIFY(ImageWriter::saveImage(pattern(5, 4), 5, 4, dir_.path("link.JPG")));
+        QCOMPARE(QImage(path, "bmp").size(), QSize(9, 7));
+        QVERIFY(!QFileInfo(dir_.path("link.JPG")).isSymLink());
     }
 };
 SW_TEST_CLASS(ImageWriterTest)

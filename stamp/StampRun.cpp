@@ -1,0 +1,290 @@
+#include "stamp/StampRun.h"
+
+#include <sys/stat.h>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QHash>
+#include <QImageReader>
+#include <QPainter>
+#include <QThread>
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <mutex>
+#include <set>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "catalog/ImageSource.h"
+#include "datetext/DateText.h"
+#include "datetext/PhotoDate.h"
+#include "stamp/ImageWriter.h"
+#include "stamp/StampPainter.h"
+
+namespace {
+
+// Enough for a 130-megapixel photo in 32 bits; Qt's own default stops at 64.
+constexpr int kAllocationLimitMB = 512;
+
+using FileId = std::pair<dev_t, ino_t>;
+
+// The file a path names, links followed; none when there is none (error says why).
+std::optional<FileId> fileId(const QString& path, mode_t* mode = nullptr, int* error = nullptr) {
+    const QByteArray name = QFile::encodeName(path);
+    struct stat info {};
+    if (name.isEmpty() || ::stat(name.constData(), &info) != 0) {
+        if (error != nullptr) {
+            *error = name.isEmpty() ? ENOENT : errno;
+        }
+        return std::nullopt;
+    }
+    if (mode != nullptr) {
+        *mode = info.st_mode;
+    }
+    return FileId{info.st_dev, info.st_ino};
+}
+
+QString dateTextOf(ImageSource& source, qint64 channel, qint64 dateType, qint64 timeType,
+                   const QString& customText) {
+    if (channel == 0) {
+        // The dates of the last page, as a multi-page file's last image carries them.
+        return PhotoDate::photoDateText(
+                   source.lastPageDateTimeOriginal(), source.lastPageDateTimeDigitized(),
+                   PhotoDate::fileModificationDate(source.path()), dateType, timeType)
+            .dateTimeString;
+    }
+    if (channel == 1) {
+        return DateText::stringFromDate(PhotoDate::fileModificationDate(source.path()), dateType,
+                                        timeType);
+    }
+    return customText;
+}
+
+// A JPEG cut short (a copy that broke off) decodes without an error, grey from
+// the cut on; only a complete one leaves the reader just past its end marker.
+// Data after it (a phone's motion clip) is no concern.
+bool endsAtJpegEnd(QIODevice* device) {
+    const qint64 end = device != nullptr ? device->pos() : 0;
+    if (end < 2 || !device->seek(end - 2)) {
+        return false;
+    }
+    return device->read(2) == QByteArrayLiteral("\xFF\xD9");
+}
+
+// The first page on a W x H canvas, kept at the bottom-left corner from which
+// the stamp's place counts; only files whose pages differ in size need it.
+QImage onCanvas(const QImage& page, QSize size) {
+    QImage canvas(size, QImage::Format_RGB32);
+    if (canvas.isNull()) {
+        return canvas;
+    }
+    canvas.fill(Qt::black);
+    QPainter painter(&canvas);
+    painter.drawImage(QPointF(0, size.height() - page.height()), page);
+    return canvas;
+}
+
+}  // namespace
+
+StampRun::StampRun(StampJob job) : job_(std::move(job)) {
+    folder_ = ImageWriter::expandTilde(job_.outputFolder);
+    while (folder_.size() > 1 && folder_.endsWith(QLatin1Char('/'))) {
+        folder_.chop(1);
+    }
+}
+
+QString StampRun::outputPath(qsizetype index) const {
+    const QString name = QFileInfo(job_.photos.at(index)).fileName();
+    return folder_.endsWith(QLatin1Char('/')) ? folder_ + name : folder_ + QLatin1Char('/') + name;
+}
+
+QString StampRun::dateText(const QString& path, qint64 channel, qint64 dateType, qint64 timeType,
+                           const QString& customText) {
+    ImageSource source(path);
+    return dateTextOf(source, channel, dateType, timeType, customText);
+}
+
+QString StampRun::refusal() const {
+    const QString shown = QDir::cleanPath(folder_);
+    if (folder_.isEmpty()) {
+        return QStringLiteral("No output folder was given.");
+    }
+    mode_t mode = 0;
+    const std::optional<FileId> folder = fileId(folder_, &mode);
+    if (!folder) {
+        return QStringLiteral("The output folder %1 does not exist.").arg(shown);
+    }
+    if (!S_ISDIR(mode)) {
+        return QStringLiteral("The output folder %1 is not a folder.").arg(shown);
+    }
+    // An output path that names one of the photos, however the folder is spelled
+    // and through whatever links, would replace that original.
+    std::set<FileId> photoIds;
+    for (const QString& photo : job_.photos) {
+        if (const auto id = fileId(photo)) {
+            photoIds.insert(*id);
+        }
+    }
+    for (qsizetype i = 0; i < job_.photos.size(); ++i) {
+        const std::optional<FileId> id = fileId(outputPath(i));
+        if (id && photoIds.count(*id) != 0) {
+            return QStringLiteral(
+                       "The output folder %1 holds the photo %2 itself: stamping there would "
+                       "replace the original with BMP data. Please choose another folder.")
+                .arg(shown, QFileInfo(outputPath(i)).fileName());
+        }
+    }
+    return {};
+}
+
+StampOutcome StampRun::stampOne(qsizetype index, QImage& buffer) const {
+    StampOutcome outcome;
+    outcome.index = index;
+    outcome.source = job_.photos.at(index);
+    outcome.output = outputPath(index);
+    mode_t mode = 0;
+    int error = 0;
+    if (!fileId(outcome.source, &mode, &error)) {
+        outcome.reason = QStringLiteral("cannot be opened: %1")
+                             .arg(QString::fromLocal8Bit(std::strerror(error)));
+        return outcome;
+    }
+    if (!S_ISREG(mode)) {
+        outcome.reason = kNotRegular;
+        return outcome;
+    }
+    ImageSource source(outcome.source);
+    const QSize size = source.maxPageSize();
+    if (!source.isReadable() || size.isEmpty()) {
+        outcome.reason = kUnreadable;
+        return outcome;
+    }
+    outcome.text =
+        dateTextOf(source, job_.selectChannel, job_.gDateType, job_.gTimeType, job_.customText);
+    if (job_.dryRun) {
+        outcome.written = true;
+        return outcome;
+    }
+    {
+        QImageReader reader(outcome.source, source.format());
+        reader.setAllocationLimit(kAllocationLimitMB);
+        reader.setAutoTransform(false);
+        // Into the worker's buffer of the last photo: a photo of the same size reuses it.
+        if (!reader.read(&buffer)) {
+            outcome.reason = QStringLiteral("%1: %2").arg(kUnreadable, reader.errorString());
+            buffer = QImage();
+            return outcome;
+        }
+        if (source.format() == "jpeg" && !endsAtJpegEnd(reader.device())) {
+            outcome.reason = kIncomplete;
+            return outcome;
+        }
+    }
+    if (buffer.size() != size) {
+        buffer = onCanvas(buffer, size);
+        if (buffer.isNull()) {
+            outcome.reason = QStringLiteral("too large to stamp");
+            return outcome;
+        }
+    }
+
+    // Placed and drawn in the photo's points, then scaled to its pixels, so the stamp
+    // covers the share of the photo that the label covers of the preview.
+    const double dpiX = source.dpiX();
+    const double dpiY = source.dpiY();
+    const float width = static_cast<float>(size.width());
+    const float height = static_cast<float>(size.height());
+    const float pointWidth = static_cast<float>(size.width() * ImageSource::kDefaultDpi / dpiX);
+    const float pointHeight = static_cast<float>(size.height() * ImageSource::kDefaultDpi / dpiY);
+    const StampGeometry::TPosition at = StampGeometry::calculateOutputPosition(
+        job_.snapshot, StampGeometry::outputArea(pointWidth, pointHeight, job_.margin),
+        static_cast<float>(job_.labelTextSize.width()),
+        static_cast<float>(job_.labelTextSize.height()));
+    buffer = StampPainter::drawStamp(
+        std::move(buffer), outcome.text, job_.font, job_.color, at,
+        QSizeF(dpiX / ImageSource::kDefaultDpi, dpiY / ImageSource::kDefaultDpi));
+
+    QString why;
+    if (!ImageWriter::saveImage(buffer, width, height, outcome.output, &why)) {
+        outcome.reason = QStringLiteral("cannot be written: %1").arg(why);
+        return outcome;
+    }
+    outcome.written = true;
+    return outcome;
+}
+
+void StampRun::run(int jobs, const std::function<void(const StampOutcome&)>& onOutcome) {
+    if (!refusal().isEmpty()) {
+        return;
+    }
+    // Photos sharing a file name form one group, tried in catalog order by one
+    // worker: the first that is written wins, as if the run had gone from the
+    // last photo to the first and each had replaced the one before.
+    std::vector<std::vector<qsizetype>> groups;
+    QHash<QString, size_t> groupOfName;
+    for (qsizetype i = 0; i < job_.photos.size(); ++i) {
+        const QString name = QFileInfo(job_.photos.at(i)).fileName();
+        const auto found = groupOfName.constFind(name);
+        if (found == groupOfName.cend()) {
+            groupOfName.insert(name, groups.size());
+            groups.push_back({i});
+        } else {
+            groups[*found].push_back(i);
+        }
+    }
+
+    std::mutex reportMutex;
+    const auto report = [&](const StampOutcome& outcome) {
+        const std::lock_guard lock(reportMutex);
+        if (onOutcome) {
+            onOutcome(outcome);
+        }
+    };
+    std::atomic<size_t> next{0};
+    const auto work = [&] {
+        QImage buffer;  // one decoded photo per worker at a time
+        for (;;) {
+            const size_t g = next.fetch_add(1);
+            if (g >= groups.size()) {
+                return;
+            }
+            std::optional<qsizetype> written;
+            for (const qsizetype index : groups[g]) {
+                if (written) {
+                    StampOutcome skipped;
+                    skipped.index = index;
+                    skipped.source = job_.photos.at(index);
+                    skipped.output = outputPath(index);
+                    skipped.reason = QStringLiteral("same name as %1, which is written")
+                                         .arg(job_.photos.at(*written));
+                    report(skipped);
+                    continue;
+                }
+                if (cancelled()) {
+                    return;
+                }
+                const StampOutcome outcome = stampOne(index, buffer);
+                if (outcome.written) {
+                    written = index;
+                }
+                report(outcome);
+            }
+        }
+    };
+
+    const int cores = std::max(1, QThread::idealThreadCount());
+    const size_t workers =
+        std::clamp<size_t>(jobs > 0 ? static_cast<size_t>(jobs) : static_cast<size_t>(cores), 1,
+                           std::max<size_t>(1, groups.size()));
+    std::vector<std::thread> threads;
+    threads.reserve(workers - 1);
+    for (size_t i = 1; i < workers; ++i) {
+        threads.emplace_back(work);
+    }
+    work();  // the calling thread is one of the workers
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+}
