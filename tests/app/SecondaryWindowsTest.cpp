@@ -1,5 +1,6 @@
 #include <QAbstractButton>
 #include <QFile>
+#include <QLabel>
 #include <QRadioButton>
 #include <QSettings>
 #include <QTemporaryDir>
@@ -12,6 +13,7 @@
 #include "TestRegistry.h"
 #include "app/HelpWindowController.h"
 #include "app/TypeWindowController.h"
+#include "common/Sandbox.h"
 #include "platform/ControlTag.h"
 #include "platform/RadioMatrix.h"
 #include "ui_MainWindow.h"
@@ -46,22 +48,29 @@ QStringList imageNames(const QTextDocument* document) {
 class SecondaryWindowsTest : public QObject {
     Q_OBJECT
   private slots:
-    // Second row, first column of the dates and the 12-hour time: apply takes and
-    // saves them, cancel leaves them; either way the next opening shows the pick.
+    // Second row, first column of the dates and the 12-hour time: apply takes,
+    // saves and writes them, cancel leaves them; either way the next opening
+    // shows the pick.
     void typeWindowButtons_data() {
         QTest::addColumn<qint64>("button");
-        QTest::newRow("apply") << qint64(31018);
-        QTest::newRow("cancel") << qint64(31011);
+        QTest::addColumn<QString>("label");
+        QTest::newRow("apply") << qint64(31018) << "03/05/2014 01:34:56 PM";
+        QTest::newRow("cancel") << qint64(31011) << "05-Mar-2014 13:34:56";
     }
     void typeWindowButtons() {
         QFETCH(qint64, button);
+        QFETCH(QString, label);
         const bool applies = button == 31018;
+        Sandbox box;
+        PhotoSpec spec;
+        spec.dateTimeOriginal = QStringLiteral("2014:03:05 13:34:56");
         AppFixture app;
         StampwiseAppDelegate& d = app.start();
         app.load(1);
         d.setGDateType(1);
         d.setGTimeType(1);
         d.defaultSaveAppSetting();
+        QVERIFY(app.showModel(box.photo("p.jpg", spec)));
         TypeWindowController* window = openTypeWindow(app);
         QVERIFY(window != nullptr);
         matrix(window, 32400)->cell(2)->click();
@@ -75,6 +84,7 @@ class SecondaryWindowsTest : public QObject {
         QSettings settings;
         QCOMPARE(settings.value("gDateType").toString(), QString::number(expected));
         QCOMPARE(settings.value("gTimeType").toString(), QString::number(expected));
+        QCOMPARE(app.control<QLabel>(Tag::kLabelTextField)->text(), label);
 
         QCOMPARE(openTypeWindow(app), window);
         QCOMPARE(matrix(window, 32400)->selectedRow(), 1);
