@@ -26,6 +26,7 @@
 class AlertPanel;
 class ColourChooser;
 class FontChooser;
+class RunProgress;
 class QComboBox;
 class OpenPanel;
 class QWidget;
@@ -112,6 +113,12 @@ class StampwiseAppDelegate : public QObject {
     void openColorPanel();
     void colorUpdate(const QColor& colour);
 
+    // The stamp run; it works on a thread of its own while the window answers.
+    void runIt();
+    bool isRunning() const { return run_ != nullptr; }
+    void cancelRun();
+    RunProgress* currentRun() const { return run_.get(); }
+
     // Accessors.
     const ControllerState& state() const { return state_; }
     bool hasImage() const { return state_.model.hasImage; }
@@ -167,6 +174,8 @@ class StampwiseAppDelegate : public QObject {
     void applicationWillTerminate();
     // The model photo's reduced copy reached the preview.
     void previewShown();
+    // A stamp run has ended and its closing message was answered.
+    void runFinished();
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -180,6 +189,7 @@ class StampwiseAppDelegate : public QObject {
     LabelFrame currentLabelFrame() const;
     bool marginIsOn() const;
     PreviewLayout::Size previewSize() const;
+    void finishRun();
 
     void perform(const ControlRegistry::Control& control, QObject* sender);
     void chooseDateSource();
@@ -210,5 +220,6 @@ class StampwiseAppDelegate : public QObject {
     std::map<QString, std::unique_ptr<QWidget>> secondaryWindows_;
     std::unique_ptr<FontChooser> fontChooser_;
     std::unique_ptr<ColourChooser> colourChooser_;
+    std::unique_ptr<RunProgress> run_;
     quint64 previewRequest_ = 0;
 };

@@ -165,8 +165,10 @@ void StampwiseAppDelegate::perform(const Control& control, QObject* sender) {
         case DateSource:
             chooseDateSource();
             break;
-        // The stamp run, the Type window and sorting come with the workflow and the browser.
         case Stamp:
+            runIt();
+            break;
+        // The Type window and sorting come with the workflow and the browser.
         case OpenType:
         case SortAscending:
         case SortKey:
