@@ -27,6 +27,7 @@
 class AlertPanel;
 class ColourChooser;
 class FontChooser;
+class RunProgress;
 class QComboBox;
 class OpenPanel;
 class QWidget;
@@ -113,6 +114,12 @@ class StampwiseAppDelegate : public QObject, public MyProtocolDelegate {
     void openColorPanel();
     void colorUpdate(const QColor& colour);
 
+    // The stamp run; it works on a thread of its own while the window answers.
+    void runIt();
+    bool isRunning() const { return run_ != nullptr; }
+    void cancelRun();
+    RunProgress* currentRun() const { return run_.get(); }
+
     // Accessors.
     const ControllerState& state() const { return state_; }
     bool hasImage() const { return state_.model.hasImage; }
@@ -168,6 +175,8 @@ class StampwiseAppDelegate : public QObject, public MyProtocolDelegate {
     void applicationWillTerminate();
     // The model photo's reduced copy reached the preview.
     void previewShown();
+    // A stamp run has ended and its closing message was answered.
+    void runFinished();
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -181,6 +190,7 @@ class StampwiseAppDelegate : public QObject, public MyProtocolDelegate {
     LabelFrame currentLabelFrame() const;
     bool marginIsOn() const;
     PreviewLayout::Size previewSize() const;
+    void finishRun();
 
     void perform(const ControlRegistry::Control& control, QObject* sender);
     void chooseDateSource();
@@ -211,5 +221,6 @@ class StampwiseAppDelegate : public QObject, public MyProtocolDelegate {
     std::map<QString, std::unique_ptr<QWidget>> secondaryWindows_;
     std::unique_ptr<FontChooser> fontChooser_;
     std::unique_ptr<ColourChooser> colourChooser_;
+    std::unique_ptr<RunProgress> run_;
     quint64 previewRequest_ = 0;
 };

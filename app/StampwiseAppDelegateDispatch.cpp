@@ -150,8 +150,10 @@ void StampwiseAppDelegate::perform(const Control& control, QObject* sender) {
         case DateSource:
             chooseDateSource();
             break;
-        // The stamp run and sorting come with the workflow and the browser.
         case Stamp:
+            runIt();
+            break;
+        // Sorting comes with the browser.
         case SortAscending:
         case SortKey:
         case Nothing:

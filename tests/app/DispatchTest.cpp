@@ -23,7 +23,7 @@ using namespace ControlRegistry;
 namespace {
 // Commands whose work arrives with the browser, or that act on a model photo
 // only (ModelPhotoTest uses those).
-const std::set<Command> kNotYetActive = {Nothing, Stamp, Margin, SortAscending, SortKey};
+const std::set<Command> kNotYetActive = {Nothing, Margin, SortAscending, SortKey};
 
 // Everything a command can visibly change, to tell whether one ran.
 struct Observed {
