@@ -8,6 +8,7 @@
 AboutWindowController::AboutWindowController(QWidget* parent)
     : QWidget(parent, Qt::Window), ui_(std::make_unique<Ui::AboutWindowController>()) {
     ui_->setupUi(this);
+    ui_->versionLabel->setText(tr("Version %1").arg(QLatin1String(STAMPWISE_VERSION)));
     connect(ui_->closeButton, &QAbstractButton::clicked, this,
             [this] { promptEvent(ui_->closeButton); });
 }

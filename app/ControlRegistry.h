@@ -41,6 +41,7 @@ inline constexpr qint64 kTickAllMenu = 32507;
 inline constexpr qint64 kUntickAllMenu = 32508;
 inline constexpr qint64 kRemoveTickedMenu = 32509;
 inline constexpr qint64 kStampMenu = 32510;
+inline constexpr qint64 kHelpMenu = 32511;
 inline constexpr qint64 kCustomTextField = 35000;
 inline constexpr qint64 kOutputFolderField = 35001;
 inline constexpr qint64 kTotalAmountField = 36005;
@@ -82,6 +83,7 @@ enum class Command {
     OpenSafety,
     OpenType,
     OpenAbout,
+    OpenHelp,
     Quit,
     ChooseOutputFolder,
     PreviewMode,
@@ -147,6 +149,7 @@ inline constexpr std::array kControls = {
     Control{Tag::kSelectedAmountField, Label, "selectedAmountField", Untouched, Nothing},
     Control{Tag::kLabelTextField, Label, "atextfield", Untouched, Nothing},
     Control{Tag::kAboutMenu, MenuItem, "actionAbout", Untouched, OpenAbout},
+    Control{Tag::kHelpMenu, MenuItem, "actionHelp", Untouched, OpenHelp},
     Control{Tag::kQuitMenu, MenuItem, "actionQuit", Untouched, Quit},
     Control{Tag::kAddFolderMenu, MenuItem, "actionAddFolderMenu", Untouched, AddFolder},
     Control{Tag::kAddFilesMenu, MenuItem, "actionAddFilesMenu", Untouched, AddFiles},

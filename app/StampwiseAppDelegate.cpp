@@ -12,6 +12,7 @@
 #include "app/ColourChooser.h"
 #include "app/FontChooser.h"
 #include "app/Messages.h"
+#include "app/RunProgress.h"
 #include "app/WindowPlacement.h"
 #include "platform/AlertPanel.h"
 #include "platform/ControlTag.h"

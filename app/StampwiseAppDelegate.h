@@ -14,6 +14,7 @@
 #include "app/ControlRegistry.h"
 #include "app/ControllerState.h"
 #include "app/MainWindow.h"
+#include "app/MyProtocolDelegate.h"
 #include "browser/AssetCollectionView.h"
 #include "catalog/AssetCollection.h"
 #include "platform/Notification.h"
@@ -26,6 +27,7 @@
 class AlertPanel;
 class ColourChooser;
 class FontChooser;
+class RunProgress;
 class QComboBox;
 class OpenPanel;
 class QWidget;
@@ -37,7 +39,7 @@ class QWidget;
 // (enabled states and counters), ...Catalog.cpp (catalog commands),
 // ...ModelPhoto.cpp (model photo, date text, measuring), ...PreviewLayout.cpp,
 // ...Style.cpp (font and colour) and ...StampRun.cpp.
-class StampwiseAppDelegate : public QObject {
+class StampwiseAppDelegate : public QObject, public MyProtocolDelegate {
     Q_OBJECT
   public:
     StampwiseAppDelegate(AlertPanel& alerts, OpenPanel& openPanel, QObject* parent = nullptr);
@@ -59,8 +61,8 @@ class StampwiseAppDelegate : public QObject {
     void performLongRunningWork();
     void performClickTitleCheckBox();
 
-    void defaultLoadAppSetting();
-    void defaultSaveAppSetting();
+    void defaultLoadAppSetting() override;
+    void defaultSaveAppSetting() override;
 
     void promptEvent(QObject* sender);
     QObject* getGUIObject(qint64 tag, QObject* container) const;
@@ -85,7 +87,7 @@ class StampwiseAppDelegate : public QObject {
     // The model photo and its date text.
     void displayImageFileName(const QString& path);
     void reWriteDataTimeFromChannel(qint64 channel);
-    void reWriteDataTime();
+    void reWriteDataTime() override;
     void controlTextDidChange();
 
     // The label text measured in the stamp font, and the placement snapshot.
@@ -111,6 +113,12 @@ class StampwiseAppDelegate : public QObject {
     int validModesForFontPanel() const;
     void openColorPanel();
     void colorUpdate(const QColor& colour);
+
+    // The stamp run; it works on a thread of its own while the window answers.
+    void runIt();
+    bool isRunning() const { return run_ != nullptr; }
+    void cancelRun();
+    RunProgress* currentRun() const { return run_.get(); }
 
     // Accessors.
     const ControllerState& state() const { return state_; }
@@ -159,7 +167,7 @@ class StampwiseAppDelegate : public QObject {
     QToolBar* aToolbar() const { return aToolbar_; }
     RadioMatrix* aMatrix() const { return aMatrix_; }
     QWidget* window() const;
-    // Secondary windows opened so far (About, Safety, Type), for inspection.
+    // Secondary windows opened so far (About, Safety, Type, Help), for inspection.
     QWidget* secondaryWindow(const QString& name) const;
 
   signals:
@@ -167,6 +175,8 @@ class StampwiseAppDelegate : public QObject {
     void applicationWillTerminate();
     // The model photo's reduced copy reached the preview.
     void previewShown();
+    // A stamp run has ended and its closing message was answered.
+    void runFinished();
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -180,6 +190,7 @@ class StampwiseAppDelegate : public QObject {
     LabelFrame currentLabelFrame() const;
     bool marginIsOn() const;
     PreviewLayout::Size previewSize() const;
+    void finishRun();
 
     void perform(const ControlRegistry::Control& control, QObject* sender);
     void chooseDateSource();
@@ -210,5 +221,6 @@ class StampwiseAppDelegate : public QObject {
     std::map<QString, std::unique_ptr<QWidget>> secondaryWindows_;
     std::unique_ptr<FontChooser> fontChooser_;
     std::unique_ptr<ColourChooser> colourChooser_;
+    std::unique_ptr<RunProgress> run_;
     quint64 previewRequest_ = 0;
 };

@@ -7,9 +7,11 @@
 #include <algorithm>
 
 #include "app/AboutWindowController.h"
+#include "app/HelpWindowController.h"
 #include "app/Messages.h"
 #include "app/SafetyWindowController.h"
 #include "app/StampwiseAppDelegate.h"
+#include "app/TypeWindowController.h"
 #include "platform/AlertPanel.h"
 #include "platform/ControlTag.h"
 
@@ -18,6 +20,8 @@ using namespace ControlRegistry;
 namespace {
 constexpr const char* kAboutWindow = "About";
 constexpr const char* kSafetyWindow = "Safety";
+constexpr const char* kTypeWindow = "Type";
+constexpr const char* kHelpWindow = "Help";
 
 bool inRange(qint64 tag, qint64 low, qint64 high) {
     return tag >= low && tag <= high;
@@ -26,21 +30,6 @@ bool inRange(qint64 tag, qint64 low, qint64 high) {
 bool isViewSearchTag(qint64 tag) {
     return inRange(tag, 31000, 31999) || inRange(tag, 32200, 32299) || inRange(tag, 34000, 34999) ||
            inRange(tag, 35000, 36999) || inRange(tag, 39000, 39999) || inRange(tag, 40000, 40199);
-}
-
-// The widget itself or its first descendant, depth first, carrying the tag.
-QWidget* viewWithTag(QWidget* root, qint64 tag) {
-    if (ControlTag::hasTag(root) && ControlTag::tagOf(root) == tag) {
-        return root;
-    }
-    for (QObject* child : root->children()) {
-        if (auto* widget = qobject_cast<QWidget*>(child)) {
-            if (QWidget* found = viewWithTag(widget, tag)) {
-                return found;
-            }
-        }
-    }
-    return nullptr;
 }
 
 bool isInWidgetOfType(const QAction* action, const QMetaObject& type) {
@@ -71,17 +60,7 @@ bool senderIsOfKind(QObject* sender, Kind kind) {
 
 QObject* StampwiseAppDelegate::getGUIObject(qint64 tag, QObject* container) const {
     if (inRange(tag, 30000, 30999)) {
-        auto* toolbar = qobject_cast<QToolBar*>(container);
-        if (toolbar == nullptr) {
-            return nullptr;
-        }
-        const QList<QAction*> items = toolbar->actions();
-        for (QAction* item : items) {
-            if (ControlTag::hasTag(item) && ControlTag::tagOf(item) == tag) {
-                return item;
-            }
-        }
-        return nullptr;
+        return ControlTag::toolbarItemWithTag(qobject_cast<QToolBar*>(container), tag);
     }
     if (!isViewSearchTag(tag)) {
         return nullptr;
@@ -90,7 +69,7 @@ QObject* StampwiseAppDelegate::getGUIObject(qint64 tag, QObject* container) cons
     if (container == nullptr && window_) {
         root = window_->centralWidget();
     }
-    return root != nullptr ? viewWithTag(root, tag) : nullptr;
+    return root != nullptr ? ControlTag::viewWithTag(root, tag) : nullptr;
 }
 
 // A tag the window does not have, or a known tag on a control of another kind,
@@ -131,6 +110,12 @@ void StampwiseAppDelegate::perform(const Control& control, QObject* sender) {
         case OpenSafety:
             openSecondaryWindow(QLatin1String(kSafetyWindow));
             break;
+        case OpenType:
+            openSecondaryWindow(QLatin1String(kTypeWindow));
+            break;
+        case OpenHelp:
+            openSecondaryWindow(QLatin1String(kHelpWindow));
+            break;
         case Quit:
             if (alerts_.confirm(QLatin1String(Messages::kQuitTitle),
                                 QLatin1String(Messages::kQuitMessage))) {
@@ -165,9 +150,10 @@ void StampwiseAppDelegate::perform(const Control& control, QObject* sender) {
         case DateSource:
             chooseDateSource();
             break;
-        // The stamp run, the Type window and sorting come with the workflow and the browser.
         case Stamp:
-        case OpenType:
+            runIt();
+            break;
+        // Sorting comes with the browser.
         case SortAscending:
         case SortKey:
         case Nothing:
@@ -213,6 +199,13 @@ void StampwiseAppDelegate::openSecondaryWindow(const QString& name) {
             slot = std::make_unique<AboutWindowController>();
         } else if (name == QLatin1String(kSafetyWindow)) {
             slot = std::make_unique<SafetyWindowController>();
+        } else if (name == QLatin1String(kTypeWindow)) {
+            auto type = std::make_unique<TypeWindowController>();
+            type->setAppDelegate(this);
+            type->setMyProtocolDelegate(this);
+            slot = std::move(type);
+        } else if (name == QLatin1String(kHelpWindow)) {
+            slot = std::make_unique<HelpWindowController>();
         } else {
             secondaryWindows_.erase(name);
             return;

@@ -38,9 +38,10 @@ struct AppFixture {
         return *delegate;
     }
 
-    // A catalog of made-up photos, counted as after a scan.
-    void load(int count, int ticked = -1) {
-        delegate->setAssetCollection(catalogOf(count, ticked));
+    // A catalog of photos named p0.jpg... in folder (made-up ones by default),
+    // counted as after a scan.
+    void load(int count, int ticked = -1, const QString& folder = QStringLiteral("/tmp")) {
+        delegate->setAssetCollection(catalogOf(count, ticked, folder));
         delegate->redrawAmountInfo();
     }
 

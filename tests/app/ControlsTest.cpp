@@ -26,7 +26,7 @@ const QStringList kUsableWithoutPhotos = {
     "actionAddFiles", "actionAddFolder", "actionAddFilesMenu", "actionAddFolderMenu",
     "actionAbout",    "actionQuit",      "layoutPopUp",        "layoutComboBox",
     "sortComboBox",   "customTextField", "totalAmountField",   "selectedAmountField",
-    "atextfield"};
+    "atextfield",     "actionHelp"};
 
 Kind kindOf(QObject* object) {
     if (auto* action = qobject_cast<QAction*>(object)) {

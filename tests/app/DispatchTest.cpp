@@ -23,12 +23,12 @@ using namespace ControlRegistry;
 namespace {
 // Commands whose work arrives with the browser, or that act on a model photo
 // only (ModelPhotoTest uses those).
-const std::set<Command> kNotYetActive = {Nothing, Stamp, OpenType, Margin, SortAscending, SortKey};
+const std::set<Command> kNotYetActive = {Nothing, Margin, SortAscending, SortKey};
 
 // Everything a command can visibly change, to tell whether one ran.
 struct Observed {
     qsizetype alerts, panels;
-    bool about, safety;
+    bool about, safety, type, help;
     int dialogs;
     qint64 total, ticked, channel;
     int presetsOn;
@@ -48,6 +48,8 @@ Observed observe(AppFixture& app) {
             app.openPanel.requests.size(),
             d.secondaryWindow("About") != nullptr,
             d.secondaryWindow("Safety") != nullptr,
+            d.secondaryWindow("Type") != nullptr,
+            d.secondaryWindow("Help") != nullptr,
             int(app.window->findChildren<QDialog*>().size()),
             d.totalAmount(),
             d.totalSelectedAmount(),
@@ -207,20 +209,32 @@ class DispatchTest : public QObject {
         QCOMPARE(app.window->isVisible(), !control.isEmpty() || !acts);
     }
 
+    // Rows are named by the window.
+    void secondaryWindowIsMadeOnceAndCentred_data() {
+        QTest::addColumn<QString>("control");
+        QTest::newRow("About") << "actionAbout";
+        QTest::newRow("Type") << "typeButton";
+        QTest::newRow("Help") << "actionHelp";
+    }
     void secondaryWindowIsMadeOnceAndCentred() {
+        QFETCH(QString, control);
+        const QString name = QLatin1String(QTest::currentDataTag());
         AppFixture app;
         StampwiseAppDelegate& d = app.start();
-        app.window->ui().actionAbout->trigger();
-        QWidget* about = d.secondaryWindow(QStringLiteral("About"));
-        QVERIFY(about != nullptr && about->isVisible());
-        about->move(0, 0);
-        app.window->ui().actionAbout->trigger();
-        QCOMPARE(d.secondaryWindow(QStringLiteral("About")), about);
+        app.load(1);
+        use(app.named(qPrintable(control)));
+        QWidget* window = d.secondaryWindow(name);
+        QVERIFY(window != nullptr && window->isVisible());
+        QCOMPARE(window->metaObject()->className(), name + "WindowController");
+        window->move(0, 0);
+        use(app.named(qPrintable(control)));
+        QCOMPARE(d.secondaryWindow(name), window);
         const QRect screen = QGuiApplication::primaryScreen()->geometry();
-        QVERIFY(qAbs(about->frameGeometry().center().x() - screen.width() / 2) <= 1);
-        // Its close button (31018) hides it.
-        about->findChild<QAbstractButton*>(QStringLiteral("closeButton"))->click();
-        QVERIFY(!about->isVisible());
+        QVERIFY(qAbs(window->frameGeometry().center().x() - screen.width() / 2) <= 1);
+        QVERIFY(qAbs(window->frameGeometry().center().y() - screen.height() / 2) <= 1);
+        // Its button 31018 hides it.
+        qobject_cast<QAbstractButton*>(ControlTag::viewWithTag(window, 31018))->click();
+        QVERIFY(!window->isVisible());
     }
 
     // The combo box offers the four layouts and nothing typed.
