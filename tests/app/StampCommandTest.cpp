@@ -2,6 +2,10 @@
 #include <QFile>
 #include <QTest>
 
+#include <QAbstractButton>
+#include <QLineEdit>
+
+#include "AppFixture.h"
 #include "TestRegistry.h"
 #include "app/StampCommand.h"
 #include "common/Sandbox.h"
@@ -101,45 +105,70 @@ class StampCommandTest : public QObject {
         QCOMPARE(QDir(dir_.path("in")).entryList(QDir::Files).size(), 2);
     }
 
-    // With the same settings the command writes the very files the engine writes
-    // for the window's label on a 400 x 300 model at 72 dpi (shown at its own size).
-    void sameFilesAsEngine_data() {
-        QTest::addColumn<QString>("place");
-        QTest::addColumn<int>("preset");
-        QTest::addColumn<bool>("margin");
-        QTest::newRow("top-right") << "top-right" << 1 << false;
-        QTest::newRow("centre, margin") << "centre" << 2 << true;
-        QTest::newRow("fractions, margin") << "0.25,0.75" << -1 << true;
-    }
+    // Every option reaches the engine: with them the command writes the very files
+    // the engine writes for the label at those fractions on a 400 x 300 model.
     void sameFilesAsEngine() {
-        QFETCH(QString, place);
-        QFETCH(int, preset);
-        QFETCH(bool, margin);
-        QStringList arguments{"@in/a.jpg",  "@in/b.jpg", "--output",    "@out",   "--text",
-                              "Stamp 2014", "--font",    "DejaVu Sans", "--size", "20",
-                              "--color",    "#000000",   "--place",     place};
-        if (margin) {
-            arguments << "--margin";
-        }
-        QCOMPARE(stamp(arguments).first, 0);
-
+        QCOMPARE(stamp({"@in/a.jpg", "@in/b.jpg", "--output", "@out", "--text", "Stamp 2014",
+                        "--font", "DejaVu Sans", "--size", "20", "--color", "#10204080", "--place",
+                        "0.25,0.75", "--margin"})
+                     .first,
+                 0);
         StampJob job =
             StampRuns::job({dir_.path("in/a.jpg"), dir_.path("in/b.jpg")}, dir_.path("engine"));
-        job.margin = margin;
+        job.margin = true;
+        job.color = QColor(0x10, 0x20, 0x40, 0x80);
         const PreviewLayout::Size shown{400, 300};
-        const StampGeometry::StampArea area = PreviewLayout::stampArea(shown, shown, margin);
+        const StampGeometry::StampArea area = PreviewLayout::stampArea(shown, shown, true);
         const PreviewLayout::Size label = PreviewLayout::labelSize(
             {float(job.labelTextSize.width()), float(job.labelTextSize.height())}, shown, shown);
-        const StampGeometry::TPosition origin =
-            preset >= 0 ? PreviewLayout::presetOrigin(preset, area, label)
-                        : PreviewLayout::fractionOrigin(0.25, 0.75, area, label);
-        job.snapshot = StampGeometry::backupPositionAndSize(area, origin.x, origin.y, label.width,
-                                                            label.height);
+        const StampGeometry::TPosition at = PreviewLayout::fractionOrigin(0.25, 0.75, area, label);
+        job.snapshot =
+            StampGeometry::backupPositionAndSize(area, at.x, at.y, label.width, label.height);
         QCOMPARE(StampRuns::run(job).size(), 2);
         for (const char* name : {"a.jpg", "b.jpg"}) {
             const QByteArray written = contents(dir_.path("out/") + name);
             QVERIFY(written.startsWith("BM"));
             QVERIFY2(written == contents(dir_.path("engine/") + name), name);
+        }
+    }
+
+    // The window and the command, with the same model photo, preset and saved
+    // choices, write the same files.
+    void sameFilesAsWindow_data() {
+        QTest::addColumn<int>("preset");
+        QTest::addColumn<QString>("place");
+        QTest::newRow("bottom-right") << 4 << "bottom-right";
+        QTest::newRow("top-left") << 0 << "top-left";
+        QTest::newRow("centre") << 2 << "centre";
+    }
+    void sameFilesAsWindow() {
+        QFETCH(int, preset);
+        QFETCH(QString, place);
+        Sandbox box;
+        const QString photos = box.mkdir("photos");
+        PhotoSpec spec;
+        spec.size = QSize(900, 600);
+        spec.dateTimeOriginal = "2014:03:05 13:34:56";
+        box.photo("photos/p0.jpg", spec);
+        spec.size = QSize(1200, 900);
+        spec.dpi = 300;
+        box.photo("photos/p1.jpg", spec);
+        AppFixture app;
+        StampwiseAppDelegate& d = app.start();
+        app.load(2, 2, photos);
+        QVERIFY(app.showModel(photos + "/p0.jpg"));
+        app.control<QAbstractButton>(ControlRegistry::Tag::kFirstPreset + preset)->click();
+        app.control<QLineEdit>(ControlRegistry::Tag::kOutputFolderField)
+            ->setText(box.mkdir("window"));
+        app.control<QAbstractButton>(ControlRegistry::Tag::kStampButton)->click();
+        for (int i = 0; i < 1500 && d.isRunning(); ++i) {
+            QTest::qWait(20);
+        }
+        QCOMPARE(stamp({photos, "--output", box.mkdir("cli"), "--place", place}).first, 0);
+        for (const char* name : {"p0.jpg", "p1.jpg"}) {
+            const QByteArray written = contents(box.path("window/") + name);
+            QVERIFY(written.startsWith("BM"));
+            QVERIFY2(written == contents(box.path("cli/") + name), name);
         }
     }
 };
