@@ -34,6 +34,7 @@ namespace {
 constexpr int kWidth = 4000;
 constexpr int kHeight = 3000;
 constexpr int kPhotos = 24;
+constexpr int kRounds = 3;
 constexpr double kImageMagickGoal = 5.0;  // at least this many times convert's throughput
 constexpr double kDjpegGoal = 1.2;        // at most this many times djpeg's time
 constexpr double kScalingGoal = 1.7;      // all cores against one
@@ -90,21 +91,24 @@ struct Timing {
     double cpu = std::nan("");   // CPU seconds of that run
 };
 
-Timing best(int repeats, const std::function<bool()>& work) {
-    Timing result;
-    for (int i = 0; i < repeats; ++i) {
-        const double cpuBefore = cpuSeconds();
-        QElapsedTimer timer;
-        timer.start();
-        if (!work()) {
-            return Timing{};
-        }
-        const double wall = timer.nsecsElapsed() / 1e9;
-        if (std::isnan(result.wall) || wall < result.wall) {
-            result = Timing{wall, cpuSeconds() - cpuBefore};
-        }
+// Keeps the faster of two timings of the same work.
+void keepBest(Timing& kept, const std::function<bool()>& work, bool& ok) {
+    const double cpuBefore = cpuSeconds();
+    QElapsedTimer timer;
+    timer.start();
+    if (!work()) {
+        ok = false;
+        return;
     }
-    return result;
+    const double wall = timer.nsecsElapsed() / 1e9;
+    if (std::isnan(kept.wall) || wall < kept.wall) {
+        kept = Timing{wall, cpuSeconds() - cpuBefore};
+    }
+}
+
+QByteArray loadAverage() {
+    QFile file(QStringLiteral("/proc/loadavg"));
+    return file.open(QIODevice::ReadOnly) ? file.readAll().split(' ').first() : QByteArray("?");
 }
 
 // The run as the window would start it: the photos' own dates, a label in the
@@ -279,47 +283,56 @@ int main(int argc, char** argv) {
     struct Tool {
         const char* name;
         std::function<bool(int)> run;
-        int repeats;
         bool present;
         Timing single;
         Timing all;
     };
     const QString out = dir.filePath(QStringLiteral("out"));
     std::vector<Tool> tools{
-        {"stampwise", [&](int jobs) { return runStamp(photos, out, jobs); }, 3, true, {}, {}},
+        {"stampwise", [&](int jobs) { return runStamp(photos, out, jobs); }, true, {}, {}},
         {"djpeg -bmp",
          [&](int jobs) {
              return runXargs(list, jobs, {djpeg, "-bmp", "-outfile", "{}.djpeg.bmp", "{}"});
          },
-         3,
          !djpeg.isEmpty(),
          {},
          {}},
         {"convert",
          [&](int jobs) { return runXargs(list, jobs, magick); },
-         2,
          !convert.isEmpty(),
          {},
          {}},
     };
     bool ok = true;
-    std::printf("\nfiles in %s; photos per second (best of runs) and CPU per photo\n",
-                qPrintable(dir.path()));
+    std::printf("\nfiles in %s; photos per second (best of %d rounds) and CPU per photo\n",
+                qPrintable(dir.path()), kRounds);
     std::printf("%-12s %10s %10s %8s %12s\n", "", "one core",
                 qPrintable(QStringLiteral("%1 cores").arg(cores)), "scaling", "CPU ms/photo");
-    for (Tool& tool : tools) {
+    // Rounds of every tool on one core and on all, so that other work on the
+    // machine weighs on all of them alike; the best round of each counts.
+    const QByteArray loadBefore = loadAverage();
+    for (int round = 0; round < kRounds; ++round) {
+        for (Tool& tool : tools) {
+            if (tool.present) {
+                keepBest(
+                    tool.single, [&] { return tool.run(1); }, ok);
+                keepBest(
+                    tool.all, [&] { return tool.run(cores); }, ok);
+            }
+        }
+    }
+    for (const Tool& tool : tools) {
         if (!tool.present) {
             std::printf("%-12s not found\n", tool.name);
             continue;
         }
-        tool.single = best(tool.repeats, [&] { return tool.run(1); });
-        tool.all = best(tool.repeats, [&] { return tool.run(cores); });
-        ok = ok && !std::isnan(tool.single.wall) && !std::isnan(tool.all.wall);
         std::printf("%-12s %10.2f %10.2f %8.2f %12.0f\n", tool.name, kPhotos / tool.single.wall,
                     kPhotos / tool.all.wall, tool.single.wall / tool.all.wall,
                     tool.single.cpu / kPhotos * 1000);
-        std::fflush(stdout);
     }
+    std::printf("load average before and after (other work on the machine): %s, %s\n",
+                loadBefore.constData(), loadAverage().constData());
+    std::fflush(stdout);
 
     QProcess child;
     child.start(QCoreApplication::applicationFilePath(),
