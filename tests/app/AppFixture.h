@@ -7,8 +7,7 @@
 #include "app/MainWindow.h"
 #include "app/StampwiseAppDelegate.h"
 #include "common/CatalogBuilder.h"
-#include "common/FakeAlertPanel.h"
-#include "common/FakeOpenPanel.h"
+#include "common/FakePanels.h"
 
 // The real main window and controller, with recording alerts and open panels
 // and a settings store of their own.

@@ -89,7 +89,7 @@ class DispatchTest : public QObject {
         AppFixture app;
         StampwiseAppDelegate& d = app.start();
         app.load(3, 1);
-        app.alerts.setDefaultAnswer(1);  // "Cancel": keep the catalog and the program
+        app.alerts.answers << 1;  // "Cancel": keep the catalog and the program
         const Observed before = observe(app);
 
         std::unique_ptr<QAbstractButton> stranger;
@@ -186,7 +186,7 @@ class DispatchTest : public QObject {
         d.setHasImage(true);
         app.window->show();
         QSignalSpy terminating(&d, &StampwiseAppDelegate::applicationWillTerminate);
-        app.alerts.answerNext(answer);
+        app.alerts.answers << answer;
         if (control.isEmpty()) {
             app.window->close();
         } else {

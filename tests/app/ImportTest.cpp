@@ -35,7 +35,7 @@ class ImportTest : public QObject {
         }
         AppFixture app;
         StampwiseAppDelegate& d = app.start();
-        app.openPanel.answerNext(paths);
+        app.openPanel.answers << paths;
         app.window->ui().actionAddFiles->trigger();
         QCOMPARE(app.openPanel.requests.size(), 1);
         QVERIFY(app.openPanel.requests[0].canChooseFiles &&
@@ -73,7 +73,7 @@ class ImportTest : public QObject {
         dir.touch("photos/b.JPG");
         AppFixture app;
         StampwiseAppDelegate& d = app.start();
-        app.openPanel.answerNext({dir.path(name)});
+        app.openPanel.answers << QStringList{dir.path(name)};
         app.window->ui().actionAddFolderMenu->trigger();
         QVERIFY(app.openPanel.requests[0].canChooseDirectories &&
                 !app.openPanel.requests[0].canChooseFiles);
@@ -91,7 +91,7 @@ class ImportTest : public QObject {
     void cancelledPanelsChangeNothing() {
         AppFixture app;
         StampwiseAppDelegate& d = app.start();
-        app.openPanel.cancelNext();
+        app.openPanel.answers << std::nullopt;
         app.window->ui().actionAddFolder->trigger();
         QVERIFY(!d.isLoadDirectory());
         QVERIFY(d.assetCollection() == nullptr);
@@ -100,10 +100,10 @@ class ImportTest : public QObject {
         d.setToolbarStatus(true);
         auto* output = app.control<QLineEdit>(35001);
         output->setText("/kept");
-        app.openPanel.cancelNext();
+        app.openPanel.answers << std::nullopt;
         app.control<QAbstractButton>(31010)->click();
         QCOMPARE(output->text(), QStringLiteral("/kept"));
-        app.openPanel.answerNext({"/chosen/folder"});
+        app.openPanel.answers << QStringList{"/chosen/folder"};
         app.control<QAbstractButton>(31010)->click();
         QCOMPARE(output->text(), QStringLiteral("/chosen/folder"));
     }
