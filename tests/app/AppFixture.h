@@ -6,7 +6,7 @@
 
 #include "app/MainWindow.h"
 #include "app/StampwiseAppDelegate.h"
-#include "common/CatalogBuilder.h"
+#include "catalog/AssetCollection.h"
 #include "common/FakePanels.h"
 
 // The real main window and controller, with recording alerts and open panels
@@ -23,19 +23,29 @@ struct AppFixture {
         QSettings().clear();
     }
 
-    // Builds the window and controller; launch runs the start-up sequence.
-    StampwiseAppDelegate& start(bool launch = true) {
+    // Builds the window and controller and runs the start-up sequence.
+    StampwiseAppDelegate& start() {
         delegate.reset();
         window = std::make_unique<MainWindow>();
         delegate = std::make_unique<StampwiseAppDelegate>(alerts, openPanel);
         delegate->connectToWindow(window.get());
-        if (launch) {
-            delegate->applicationDidFinishLaunching();
-        }
+        delegate->applicationDidFinishLaunching();
         return *delegate;
     }
 
-    // A catalog of made-up photos, counted as after a scan.
+    // Records on made-up paths ("/tmp/p0.jpg", ...), the first `ticked` of them
+    // ticked (all when negative). Nothing is read from disk.
+    static std::unique_ptr<AssetCollection> catalogOf(int count, int ticked = -1) {
+        auto catalog = std::make_unique<AssetCollection>(QUrl());
+        for (int i = 0; i < count; ++i) {
+            auto asset =
+                std::make_shared<Asset>(QUrl::fromLocalFile(QStringLiteral("/tmp/p%1.jpg").arg(i)));
+            asset->setIncludedInSlideshow(ticked < 0 || i < ticked);
+            catalog->addAsset(asset);
+        }
+        return catalog;
+    }
+    // Such a catalog, counted as after a scan.
     void load(int count, int ticked = -1) {
         delegate->setAssetCollection(catalogOf(count, ticked));
         delegate->redrawAmountInfo();

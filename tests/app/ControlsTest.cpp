@@ -147,7 +147,7 @@ class ControlsTest : public QObject {
     void scanEndHandledOnTheMainThread() {
         AppFixture app;
         StampwiseAppDelegate& d = app.start();
-        d.setAssetCollection(catalogOf(6));
+        d.setAssetCollection(AppFixture::catalogOf(6));
         d.setIsLoadDirectory(true);
         std::atomic<qint64> totalSeenByPoster = -1;
         std::thread scan([&] {
