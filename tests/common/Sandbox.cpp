@@ -3,7 +3,6 @@
 #include <sys/stat.h>
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
 
 #include "common/TestImages.h"
 #include "tools/ExifJpegWriter.h"
@@ -24,20 +23,12 @@ QString Sandbox::fifo(const QString& name) const {
 }
 
 QString Sandbox::photo(const QString& name, const PhotoSpec& spec) const {
-    QImage image = TestImages::solid(spec.size, spec.colour);
-    const QString suffix = QFileInfo(name).suffix().toLower();
-    if (suffix == QLatin1String("jpg") || suffix == QLatin1String("jpeg")) {
-        ExifJpegWriter::Fields fields;
-        fields.dateTimeOriginal = spec.dateTimeOriginal;
-        fields.dateTimeDigitized = spec.dateTimeDigitized;
-        fields.dpi = spec.dpi;
-        if (spec.thumbnail.isValid()) {
-            fields.thumbnail = TestImages::solid(spec.thumbnail, Qt::red);
-        }
-        return ExifJpegWriter::write(path(name), image, fields) ? path(name) : QString();
+    ExifJpegWriter::Fields fields;
+    fields.dateTimeOriginal = spec.dateTimeOriginal;
+    fields.dateTimeDigitized = spec.dateTimeDigitized;
+    if (spec.thumbnail.isValid()) {
+        fields.thumbnail = TestImages::solid(spec.thumbnail, Qt::red);
     }
-    const int dotsPerMeter = qRound(spec.dpi / 0.0254);
-    image.setDotsPerMeterX(dotsPerMeter);
-    image.setDotsPerMeterY(dotsPerMeter);
-    return image.save(path(name)) ? path(name) : QString();
+    const QImage image = TestImages::solid(spec.size);
+    return ExifJpegWriter::write(path(name), image, fields) ? path(name) : QString();
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QByteArray>
-#include <QColor>
 #include <QSize>
 #include <QString>
 #include <QTemporaryDir>
@@ -10,11 +9,9 @@
 // What a test photo carries besides its pixels.
 struct PhotoSpec {
     QSize size{320, 240};
-    QColor colour = Qt::blue;
-    int dpi = 72;
     std::optional<QString> dateTimeOriginal;   // "YYYY:MM:DD HH:MM:SS"
     std::optional<QString> dateTimeDigitized;  // as above
-    QSize thumbnail;                           // none stored when invalid (JPEG only)
+    QSize thumbnail;                           // none stored when invalid
 };
 
 // A temporary folder of test files, removed with the object.
@@ -29,7 +26,7 @@ class Sandbox {
     QString mkdir(const QString& name) const;
     // A named pipe (nothing ever writes into it).
     QString fifo(const QString& name) const;
-    // A photo in the format its extension names (JPEG with EXIF fields through Exiv2).
+    // A blue JPEG photo with EXIF fields, whatever the name's extension.
     QString photo(const QString& name, const PhotoSpec& spec = {}) const;
 
   private:
