@@ -128,15 +128,6 @@ class StartupTest : public QObject {
         QCOMPARE(WindowPlacement::centredOrigin(QSizeF(1440.9, 900.9), QSizeF(999, 700)),
                  QPointF(220.5, 100));
     }
-
-    void mainWindowIsCentredOnTheScreen() {
-        AppFixture app;
-        app.start();
-        const QRect screen = QGuiApplication::primaryScreen()->geometry();
-        const QRect frame = app.window->frameGeometry();
-        QVERIFY(qAbs(frame.center().x() - screen.width() / 2) <= 1);
-        QVERIFY(qAbs(frame.center().y() - screen.height() / 2) <= 1);
-    }
 };
 SW_TEST_CLASS(StartupTest)
 
