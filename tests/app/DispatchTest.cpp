@@ -1,17 +1,14 @@
 #include <QAbstractButton>
-#include <QCheckBox>
+#include <QAction>
 #include <QComboBox>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QRadioButton>
 #include <QSignalSpy>
 #include <QTest>
-#include <set>
 
 #include "AppFixture.h"
 #include "TestRegistry.h"
 #include "app/ControlRegistry.h"
-#include "platform/ControlTag.h"
 #include "platform/NotificationCenter.h"
 #include "platform/NotificationNames.h"
 #include "platform/RadioMatrix.h"
@@ -19,95 +16,9 @@
 
 using namespace ControlRegistry;
 
-namespace {
-// Commands whose work arrives with the stamp workflow and the browser.
-const std::set<Command> kNotYetActive = {Nothing,      Stamp,  OpenType,      ChooseFont,
-                                         ChooseColour, Margin, SortAscending, SortKey};
-
-// Everything a command can visibly change, to tell whether one ran.
-struct Observed {
-    qsizetype alerts, panels;
-    bool about, safety;
-    qint64 total, ticked, channel;
-    int presetsOn;
-    bool preview;
-    qint32 layout;
-    bool operator==(const Observed&) const = default;
-};
-
-Observed observe(AppFixture& app) {
-    StampwiseAppDelegate& d = *app.delegate;
-    int presets = 0;
-    for (int i = 0; i < Tag::kPresetCount; ++i) {
-        presets |= app.control<QAbstractButton>(Tag::kFirstPreset + i)->isChecked() << i;
-    }
-    d.redrawAmountInfo();
-    return {app.alerts.shown.size(),
-            app.openPanel.requests.size(),
-            d.secondaryWindow("About") != nullptr,
-            d.secondaryWindow("Safety") != nullptr,
-            d.totalAmount(),
-            d.totalSelectedAmount(),
-            d.selectChannel(),
-            presets,
-            app.window->ui().aQNSDragView->isPreview(),
-            app.window->ui().assetCollectionView->subviewsLayoutType()};
-}
-
-// Uses the control as a person would.
-void use(QObject* control) {
-    if (auto* action = qobject_cast<QAction*>(control)) {
-        action->trigger();
-    } else if (auto* matrix = qobject_cast<RadioMatrix*>(control)) {
-        matrix->cell(2)->click();
-    } else if (auto* combo = qobject_cast<QComboBox*>(control)) {
-        combo->setCurrentIndex(0);
-        emit combo->activated(0);
-    } else {
-        qobject_cast<QAbstractButton*>(control)->click();
-    }
-}
-}  // namespace
-
 class DispatchTest : public QObject {
     Q_OBJECT
   private slots:
-    void commandRow_data() {
-        QTest::addColumn<int>("row");
-        for (size_t i = 0; i < kControls.size(); ++i) {
-            if (!kNotYetActive.contains(kControls[i].command)) {
-                QTest::newRow(kControls[i].objectName) << int(i);
-            }
-        }
-    }
-
-    // Each control does something; the same tag on a control of another kind
-    // does nothing.
-    void commandRow() {
-        QFETCH(int, row);
-        const Control& c = kControls[size_t(row)];
-        AppFixture app;
-        StampwiseAppDelegate& d = app.start();
-        app.load(3, 1);
-        app.alerts.answers << 1;  // "Cancel": keep the catalog and the program
-        const Observed before = observe(app);
-
-        std::unique_ptr<QAbstractButton> stranger;
-        if (c.kind == Button) {
-            stranger = std::make_unique<QCheckBox>();
-        } else {
-            stranger = std::make_unique<QPushButton>();
-        }
-        stranger->setCheckable(true);
-        stranger->setChecked(true);
-        ControlTag::setTag(stranger.get(), c.tag);
-        d.promptEvent(stranger.get());
-        QVERIFY(observe(app) == before);
-
-        use(app.named(c.objectName));
-        QVERIFY(!(observe(app) == before));
-    }
-
     void dateSourceMatrix_data() {
         QTest::addColumn<int>("row");
         QTest::newRow("photo date") << 0;
@@ -190,7 +101,7 @@ class DispatchTest : public QObject {
         if (control.isEmpty()) {
             app.window->close();
         } else {
-            use(app.named(qPrintable(control)));
+            qobject_cast<QAction*>(app.named(qPrintable(control)))->trigger();
         }
         QCOMPARE(app.alerts.shown.size(), 1);
         QCOMPARE(app.alerts.shown[0].title, title);

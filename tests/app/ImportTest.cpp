@@ -126,6 +126,7 @@ class ImportTest : public QObject {
         d.assetCollection()->assets().at(0)->setIncludedInSlideshow(true);
         app.window->ui().actionRemoveTickedMenu->trigger();
         QCOMPARE(d.totalAmount(), qint64(0));
+        QCOMPARE(app.control<QLabel>(36005)->text(), QStringLiteral("0"));
         QVERIFY(!app.window->ui().actionStamp->isEnabled());
         QVERIFY(app.window->ui().actionAddFiles->isEnabled());
     }
