@@ -2,11 +2,8 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
-#include <cstdio>
-#include <cstring>
 #include <utility>
 
 namespace {
@@ -22,13 +19,8 @@ int TestRegistry::add(const char* name, Factory factory) {
 }
 
 QString TestRegistry::photosDir() {
-#ifdef STAMPWISE_PHOTOS_DIR
-    const QString dir = QString::fromUtf8(STAMPWISE_PHOTOS_DIR);
-#else
-    const QString dir;
-#endif
     const QString env = qEnvironmentVariable("STAMPWISE_PHOTOS");
-    const QString chosen = env.isEmpty() ? dir : env;
+    const QString chosen = env.isEmpty() ? QString::fromUtf8(STAMPWISE_PHOTOS_DIR) : env;
     return QDir(chosen).exists() ? QDir(chosen).canonicalPath() : QString();
 }
 

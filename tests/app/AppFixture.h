@@ -1,5 +1,9 @@
 #pragma once
 
+#include <QAbstractButton>
+#include <QAction>
+#include <QComboBox>
+#include <QRadioButton>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -8,9 +12,9 @@
 
 #include "app/MainWindow.h"
 #include "app/StampwiseAppDelegate.h"
-#include "common/CatalogBuilder.h"
-#include "common/FakeAlertPanel.h"
-#include "common/FakeOpenPanel.h"
+#include "catalog/AssetCollection.h"
+#include "common/FakePanels.h"
+#include "platform/RadioMatrix.h"
 
 // The real main window and controller, with recording alerts and open panels
 // and a settings store of their own.
@@ -26,21 +30,31 @@ struct AppFixture {
         QSettings().clear();
     }
 
-    // Builds the window and controller; launch runs the start-up sequence.
-    StampwiseAppDelegate& start(bool launch = true) {
+    // Builds the window and controller and runs the start-up sequence.
+    StampwiseAppDelegate& start() {
         delegate.reset();
         window = std::make_unique<MainWindow>();
         delegate = std::make_unique<StampwiseAppDelegate>(alerts, openPanel);
         delegate->connectToWindow(window.get());
-        if (launch) {
-            delegate->applicationDidFinishLaunching();
-        }
+        delegate->applicationDidFinishLaunching();
         return *delegate;
     }
 
-    // A catalog of photos named p0.jpg... in folder (made-up ones by default),
-    // counted as after a scan.
-    void load(int count, int ticked = -1, const QString& folder = QStringLiteral("/tmp")) {
+    // Records named p0.jpg... in folder (made-up ones by default), the first
+    // `ticked` of them ticked (all when negative). Nothing is read from disk.
+    static std::unique_ptr<AssetCollection> catalogOf(int count, int ticked = -1,
+                                                      const QString& folder = "/tmp") {
+        auto catalog = std::make_unique<AssetCollection>(QUrl());
+        for (int i = 0; i < count; ++i) {
+            auto asset = std::make_shared<Asset>(
+                QUrl::fromLocalFile(QStringLiteral("%1/p%2.jpg").arg(folder).arg(i)));
+            asset->setIncludedInSlideshow(ticked < 0 || i < ticked);
+            catalog->addAsset(asset);
+        }
+        return catalog;
+    }
+    // Such a catalog, counted as after a scan.
+    void load(int count, int ticked = -1, const QString& folder = "/tmp") {
         delegate->setAssetCollection(catalogOf(count, ticked, folder));
         delegate->redrawAmountInfo();
     }
@@ -58,6 +72,20 @@ struct AppFixture {
             QTest::qWait(20);
         }
         return !shown.isEmpty() && !preview->isTransitionRunning();
+    }
+
+    // Uses the control as a person would.
+    static void use(QObject* control) {
+        if (auto* action = qobject_cast<QAction*>(control)) {
+            action->trigger();
+        } else if (auto* matrix = qobject_cast<RadioMatrix*>(control)) {
+            matrix->cell(2)->click();
+        } else if (auto* combo = qobject_cast<QComboBox*>(control)) {
+            combo->setCurrentIndex(0);
+            emit combo->activated(0);
+        } else {
+            qobject_cast<QAbstractButton*>(control)->click();
+        }
     }
 
     template <typename T>

@@ -85,15 +85,13 @@ class InfoCommandTest : public QObject {
 
     // Without options the layout last saved is used; one that writes nothing is no date text.
     void savedTypesAreTheDefault_data() {
-        QTest::addColumn<QString>("dateType");
+        QTest::addColumn<int>("dateType");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("month/day/year, 12-hour") << "2"
-                                                 << "dateText=\"05/04/2008 04:47:24 PM\"";
-        QTest::newRow("no such layout") << "9"
-                                        << "dateText=none";
+        QTest::newRow("month/day/year, 12-hour") << 2 << "dateText=\"05/04/2008 04:47:24 PM\"";
+        QTest::newRow("no such layout") << 9 << "dateText=none";
     }
     void savedTypesAreTheDefault() {
-        QFETCH(QString, dateType);
+        QFETCH(int, dateType);
         QFETCH(QString, expected);
         PhotoSpec spec;
         spec.dateTimeOriginal = "2008:05:04 16:47:24";

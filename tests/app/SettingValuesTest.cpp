@@ -31,7 +31,6 @@ class SettingValuesTest : public QObject {
         QTest::newRow("YES") << "YES" << qint64(0) << 0.0F << true;
         QTest::newRow("T after space") << "  T" << qint64(0) << 0.0F << true;
         QTest::newRow("false") << "false" << qint64(0) << 0.0F << false;
-        QTest::newRow("other word") << "maybe" << qint64(0) << 0.0F << false;
     }
     void readings() {
         QFETCH(QString, text);

@@ -1,3 +1,6 @@
+#include <fcntl.h>
+#include <unistd.h>
+#include <QFile>
 #include <QSignalSpy>
 #include <QTest>
 #include <QThreadPool>

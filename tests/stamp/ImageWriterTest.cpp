@@ -14,9 +14,7 @@
 
 namespace {
 // Neighbouring pixels differ, so a shifted or flipped row shows.
-QImage pattern(int w, int h, QImage::Format format = QImage::Format_RGB32) {
-    return TestImages::pattern(QSize(w, h)).convertToFormat(format);
-}
+using TestImages::pattern;
 
 QByteArray readAll(const QString& path) {
     QFile file(path);
@@ -42,7 +40,7 @@ class ImageWriterTest : public QObject {
     void writesExactPixels() {
         QFETCH(QSize, source);
         QFETCH(QSize, output);
-        QImage image = pattern(source.width(), source.height());
+        QImage image = pattern(source);
         image.setDotsPerMeterX(qRound(300 / 0.0254));  // 300 dpi
         image.setDotsPerMeterY(qRound(300 / 0.0254));
         const QString path = dir_.path("size.bmp");
@@ -70,9 +68,9 @@ class ImageWriterTest : public QObject {
     void writesPlainBmp() {
         QFETCH(QString, name);
         QFETCH(int, format);
-        const QString path = dir_.path(name);
-        QVERIFY(ImageWriter::saveImage(pattern(37, 11, QImage::Format(format)), 37, 11, path));
-        const QByteArray b = readAll(path);
+        const QImage image = pattern({37, 11}).convertToFormat(QImage::Format(format));
+        QVERIFY(ImageWriter::saveImage(image, 37, 11, dir_.path(name)));
+        const QByteArray b = readAll(dir_.path(name));
         QCOMPARE(b.left(2), QByteArray("BM"));
         QCOMPARE(b.size(), 54 + 112 * 11);  // rows of 37 * 3 bytes padded to 112
         QCOMPARE(qFromLittleEndian<quint32>(b.constData() + 2), quint32(b.size()));
@@ -86,15 +84,15 @@ class ImageWriterTest : public QObject {
         QCOMPARE(ImageWriter::expandTilde("~/x.JPG"), QDir::homePath() + "/x.JPG");
         QCOMPARE(ImageWriter::expandTilde("/a/~/x.JPG"), QStringLiteral("/a/~/x.JPG"));
         // The test runner points HOME at a temporary folder.
-        QVERIFY(ImageWriter::saveImage(pattern(8, 6), 8, 6, "~/stamped.JPG"));
+        QVERIFY(ImageWriter::saveImage(pattern({8, 6}), 8, 6, "~/stamped.JPG"));
         QCOMPARE(QImage(QDir::home().filePath("stamped.JPG"), "bmp").size(), QSize(8, 6));
     }
 
     void failsWithoutTouchingEarlierFile() {
         const QString path = dir_.path("IMG_0002.JPG");
-        QVERIFY(ImageWriter::saveImage(pattern(16, 16), 16, 16, path));
+        QVERIFY(ImageWriter::saveImage(pattern({16, 16}), 16, 16, path));
         const QByteArray before = readAll(path);
-        QVERIFY(!ImageWriter::saveImage(pattern(8, 8), 8, 8, dir_.path("missing/x.JPG")));
+        QVERIFY(!ImageWriter::saveImage(pattern({8, 8}), 8, 8, dir_.path("missing/x.JPG")));
         QVERIFY(!ImageWriter::saveImage(QImage(), 8, 8, path));
         // A write that fails half-way, even for root: cap this process's file size.
         rlimit saved{};
@@ -103,18 +101,18 @@ class ImageWriterTest : public QObject {
         capped.rlim_cur = 64 * 1024;
         const auto handler = std::signal(SIGXFSZ, SIG_IGN);
         QCOMPARE(setrlimit(RLIMIT_FSIZE, &capped), 0);
-        const bool written = ImageWriter::saveImage(pattern(400, 300), 400, 300, path);
+        const bool written = ImageWriter::saveImage(pattern({400, 300}), 400, 300, path);
         setrlimit(RLIMIT_FSIZE, &saved);
         std::signal(SIGXFSZ, handler);
         QVERIFY(!written);
         QCOMPARE(readAll(path), before);
         QVERIFY(QDir(dir_.path()).entryList({"IMG_0002*"}, QDir::Files | QDir::Hidden).size() == 1);
         // And a later write replaces it without a question.
-        QVERIFY(ImageWriter::saveImage(pattern(9, 7), 9, 7, path));
+        QVERIFY(ImageWriter::saveImage(pattern({9, 7}), 9, 7, path));
         QCOMPARE(QImage(path, "bmp").size(), QSize(9, 7));
         // A link at the path is replaced by the file; what it points to stays as it was.
         QVERIFY(QFile::link(path, dir_.path("link.JPG")));
-        QVERIFY(ImageWriter::saveImage(pattern(5, 4), 5, 4, dir_.path("link.JPG")));
+        QVERIFY(ImageWriter::saveImage(pattern({5, 4}), 5, 4, dir_.path("link.JPG")));
         QCOMPARE(QImage(path, "bmp").size(), QSize(9, 7));
         QVERIFY(!QFileInfo(dir_.path("link.JPG")).isSymLink());
     }
