@@ -2,22 +2,11 @@
 #include <QFile>
 #include <QTest>
 
-#include <QAbstractButton>
-#include <QLineEdit>
-
-#include "AppFixture.h"
 #include "TestRegistry.h"
 #include "app/StampCommand.h"
 #include "common/Sandbox.h"
 #include "common/StampRuns.h"
 #include "stamp/PreviewLayout.h"
-
-namespace {
-QByteArray contents(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-}  // namespace
 
 class StampCommandTest : public QObject {
     Q_OBJECT
@@ -44,12 +33,11 @@ class StampCommandTest : public QObject {
   private slots:
     void initTestCase() {
         dir_.mkdir("in");
-        PhotoSpec spec;
-        spec.size = QSize(400, 300);
-        dir_.photo("in/a.jpg", spec);
-        spec.size = QSize(1200, 900);
-        spec.dpi = 300;
-        dir_.photo("in/b.jpg", spec);
+        QFile a(dir_.photo("in/a.jpg", StampRuns::whitePhoto({400, 300})));
+        QVERIFY(a.open(QIODevice::ReadWrite) &&
+                a.setFileTime(QDateTime(QDate(2011, 7, 9), QTime(8, 7, 6)),
+                              QFileDevice::FileModificationTime));
+        dir_.photo("in/b.jpg", StampRuns::whitePhoto({1200, 900}, 300));
         dir_.write("broken.png", "not a photo");
         dir_.write("notes.txt", "not a photo");
     }
@@ -73,6 +61,15 @@ class StampCommandTest : public QObject {
             << QStringList{"@in", "@broken.png"} + out << 1 << 2 << "cannot be read";
         QTest::newRow("no photo type")
             << QStringList{"@in/a.jpg", "@notes.txt"} + out << 1 << 1 << "not a photo file type";
+        // The photo's own date, the file date, or the text as typed, whatever its
+        // script or length.
+        const QStringList dated{"@in/a.jpg", "--date-type", "1", "--time-type", "1"};
+        const QString mixed = QStringLiteral("📷 שלום 2014 ") + QString(1990, QChar(0x0645));
+        QTest::newRow("photo date") << dated + out << 0 << 1 << "\"05-Mar-2014 13:34:56\"";
+        QTest::newRow("file date") << dated + QStringList{"--source", "file"} + out << 0 << 1
+                                   << "\"09-Jul-2011 08:07:06\"";
+        QTest::newRow("typed, 2000 characters")
+            << QStringList{"@in/a.jpg", "--text", mixed} + out << 0 << 1 << '"' + mixed + '"';
         QTest::newRow("dry run") << QStringList{"@in", "--dry-run"} + out << 0 << 0
                                  << "nothing was written";
         QTest::newRow("missing font")
@@ -102,20 +99,18 @@ class StampCommandTest : public QObject {
         QVERIFY2(printed.contains(says), qPrintable(printed));
         QCOMPARE(exitStatus, status);
         QCOMPARE(QDir(dir_.path("out")).entryList(QDir::Files | QDir::Hidden).size(), files);
-        QCOMPARE(QDir(dir_.path("in")).entryList(QDir::Files).size(), 2);
     }
 
     // Every option reaches the engine: with them the command writes the very files
     // the engine writes for the label at those fractions on a 400 x 300 model.
     void sameFilesAsEngine() {
-        QCOMPARE(stamp({"@in/a.jpg", "@in/b.jpg", "--output", "@out", "--text", "Stamp 2014",
-                        "--font", "DejaVu Sans", "--size", "20", "--color", "#10204080", "--place",
-                        "0.25,0.75", "--margin"})
-                     .first,
+        const QStringList options{"--text",  "Stamp 2014", "--font",  "DejaVu Sans",
+                                  "--size",  "20",         "--color", "#10204080",
+                                  "--place", "0.25,0.75",  "--margin"};
+        QCOMPARE(stamp(QStringList{"@in/a.jpg", "@in/b.jpg", "--output", "@out"} + options).first,
                  0);
-        StampJob job =
-            StampRuns::job({dir_.path("in/a.jpg"), dir_.path("in/b.jpg")}, dir_.path("engine"));
-        job.margin = true;
+        StampJob job = StampRuns::job({dir_.path("in/a.jpg"), dir_.path("in/b.jpg")},
+                                      dir_.path("engine"), {}, true);
         job.color = QColor(0x10, 0x20, 0x40, 0x80);
         const PreviewLayout::Size shown{400, 300};
         const StampGeometry::StampArea area = PreviewLayout::stampArea(shown, shown, true);
@@ -126,49 +121,9 @@ class StampCommandTest : public QObject {
             StampGeometry::backupPositionAndSize(area, at.x, at.y, label.width, label.height);
         QCOMPARE(StampRuns::run(job).size(), 2);
         for (const char* name : {"a.jpg", "b.jpg"}) {
-            const QByteArray written = contents(dir_.path("out/") + name);
+            const QByteArray written = StampRuns::fileBytes(dir_.path("out/") + name);
             QVERIFY(written.startsWith("BM"));
-            QVERIFY2(written == contents(dir_.path("engine/") + name), name);
-        }
-    }
-
-    // The window and the command, with the same model photo, preset and saved
-    // choices, write the same files.
-    void sameFilesAsWindow_data() {
-        QTest::addColumn<int>("preset");
-        QTest::addColumn<QString>("place");
-        QTest::newRow("bottom-right") << 4 << "bottom-right";
-        QTest::newRow("top-left") << 0 << "top-left";
-        QTest::newRow("centre") << 2 << "centre";
-    }
-    void sameFilesAsWindow() {
-        QFETCH(int, preset);
-        QFETCH(QString, place);
-        Sandbox box;
-        const QString photos = box.mkdir("photos");
-        PhotoSpec spec;
-        spec.size = QSize(900, 600);
-        spec.dateTimeOriginal = "2014:03:05 13:34:56";
-        box.photo("photos/p0.jpg", spec);
-        spec.size = QSize(1200, 900);
-        spec.dpi = 300;
-        box.photo("photos/p1.jpg", spec);
-        AppFixture app;
-        StampwiseAppDelegate& d = app.start();
-        app.load(2, 2, photos);
-        QVERIFY(app.showModel(photos + "/p0.jpg"));
-        app.control<QAbstractButton>(ControlRegistry::Tag::kFirstPreset + preset)->click();
-        app.control<QLineEdit>(ControlRegistry::Tag::kOutputFolderField)
-            ->setText(box.mkdir("window"));
-        app.control<QAbstractButton>(ControlRegistry::Tag::kStampButton)->click();
-        for (int i = 0; i < 1500 && d.isRunning(); ++i) {
-            QTest::qWait(20);
-        }
-        QCOMPARE(stamp({photos, "--output", box.mkdir("cli"), "--place", place}).first, 0);
-        for (const char* name : {"p0.jpg", "p1.jpg"}) {
-            const QByteArray written = contents(box.path("window/") + name);
-            QVERIFY(written.startsWith("BM"));
-            QVERIFY2(written == contents(box.path("cli/") + name), name);
+            QVERIFY2(written == StampRuns::fileBytes(dir_.path("engine/") + name), name);
         }
     }
 };

@@ -1,5 +1,6 @@
 #include "common/StampRuns.h"
 
+#include <QFile>
 #include <algorithm>
 
 #include "stamp/StampRun.h"
@@ -33,6 +34,20 @@ QList<StampOutcome> run(const StampJob& job, int jobs) {
     std::sort(outcomes.begin(), outcomes.end(),
               [](const StampOutcome& a, const StampOutcome& b) { return a.index < b.index; });
     return outcomes;
+}
+
+PhotoSpec whitePhoto(QSize size, int dpi) {
+    PhotoSpec spec;
+    spec.size = size;
+    spec.colour = Qt::white;
+    spec.dpi = dpi;
+    spec.dateTimeOriginal = QStringLiteral("2014:03:05 13:34:56");
+    return spec;
+}
+
+QByteArray fileBytes(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 }  // namespace StampRuns

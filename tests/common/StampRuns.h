@@ -5,6 +5,7 @@
 #include <QString>
 #include <QStringList>
 
+#include "common/Sandbox.h"
 #include "stamp/StampJob.h"
 
 // Stamp jobs for tests and a way to run one and keep what it reports.
@@ -18,5 +19,10 @@ StampJob job(const QStringList& photos, const QString& out, QPointF share = {0, 
 
 // Every outcome of the run, in the order of the job's photos.
 QList<StampOutcome> run(const StampJob& job, int jobs = 1);
+
+// A white photo taken on 5 March 2014 at 13:34:56.
+PhotoSpec whitePhoto(QSize size, int dpi = 72);
+// The file's bytes, empty when it cannot be read.
+QByteArray fileBytes(const QString& path);
 
 }  // namespace StampRuns

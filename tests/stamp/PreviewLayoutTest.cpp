@@ -1,5 +1,4 @@
 #include <QTest>
-#include <cmath>
 
 #include "TestRegistry.h"
 #include "stamp/PreviewLayout.h"
@@ -8,40 +7,27 @@ using namespace PreviewLayout;
 using StampGeometry::StampArea;
 using StampGeometry::TPosition;
 
-namespace {
-QRectF rectOf(const StampArea& a) {
-    return QRectF(QPointF(a.miniX, a.miniY), QPointF(a.maxX, a.maxY));
-}
-bool near(const QRectF& a, const QRectF& b) {
-    return std::abs(a.left() - b.left()) < 0.01 && std::abs(a.top() - b.top()) < 0.01 &&
-           std::abs(a.right() - b.right()) < 0.01 && std::abs(a.bottom() - b.bottom()) < 0.01;
-}
-}  // namespace
-
 class PreviewLayoutTest : public QObject {
     Q_OBJECT
   private slots:
     // The photo fitted into an 800 x 500 preview, never enlarged, and the stamp
-    // area centred on it (y-up: bottom, then top).
+    // area centred on it (y-up: left, bottom, width, height).
     void stampAreaOfPhoto_data() {
         QTest::addColumn<QSizeF>("photo");
         QTest::addColumn<bool>("margin");
         QTest::addColumn<QRectF>("area");
         QTest::newRow("both too large, height limits")
-            << QSizeF(4000, 3000) << false << QRectF(QPointF(66.667, 0), QPointF(733.333, 500));
+            << QSizeF(4000, 3000) << false << QRectF(66.667, 0, 666.667, 500);
         QTest::newRow("same, with margin")
-            << QSizeF(4000, 3000) << true
-            << QRectF(QPointF(123.333, 12.5), QPointF(676.667, 487.5));
+            << QSizeF(4000, 3000) << true << QRectF(123.333, 12.5, 553.333, 475);
         QTest::newRow("both too large, width limits")
-            << QSizeF(4000, 1000) << false << QRectF(QPointF(0, 150), QPointF(800, 350));
+            << QSizeF(4000, 1000) << false << QRectF(0, 150, 800, 200);
         QTest::newRow("equal ratios: width limits")
-            << QSizeF(1600, 1000) << false << QRectF(QPointF(0, 0), QPointF(800, 500));
-        QTest::newRow("only wider")
-            << QSizeF(1000, 300) << false << QRectF(QPointF(0, 130), QPointF(800, 370));
-        QTest::newRow("only higher")
-            << QSizeF(400, 1000) << false << QRectF(QPointF(300, 0), QPointF(500, 500));
+            << QSizeF(1600, 1000) << false << QRectF(0, 0, 800, 500);
+        QTest::newRow("only wider") << QSizeF(1000, 300) << false << QRectF(0, 130, 800, 240);
+        QTest::newRow("only higher") << QSizeF(400, 1000) << false << QRectF(300, 0, 200, 500);
         QTest::newRow("smaller: a point per pixel")
-            << QSizeF(300, 200) << false << QRectF(QPointF(250, 150), QPointF(550, 350));
+            << QSizeF(300, 200) << false << QRectF(250, 150, 300, 200);
     }
     void stampAreaOfPhoto() {
         QFETCH(QSizeF, photo);
@@ -49,48 +35,46 @@ class PreviewLayoutTest : public QObject {
         QFETCH(QRectF, area);
         const Size preview{800, 500};
         const Size shown = fitPhoto(Size{float(photo.width()), float(photo.height())}, preview);
-        QVERIFY2(near(rectOf(stampArea(preview, shown, margin)), area),
+        const StampArea a = stampArea(preview, shown, margin);
+        const QRectF got(QPointF(a.miniX, a.miniY), QPointF(a.maxX, a.maxY));
+        QVERIFY2((got.topLeft() - area.topLeft()).manhattanLength() < 0.01 &&
+                     (got.bottomRight() - area.bottomRight()).manhattanLength() < 0.01,
                  qPrintable(QString("%1 x %2").arg(shown.width).arg(shown.height)));
     }
 
-    // A label dragged out of the area {100, 50, 500, 350} comes back to its edge.
-    void clampsIntoArea_data() {
+    // In the area {100, 50, 500, 350}: a preset place (0 top left to 4 bottom
+    // right), or a label dragged out of it (preset -1) back on its edge.
+    void placesLabelInArea_data() {
+        QTest::addColumn<int>("preset");
         QTest::addColumn<QPointF>("origin");
         QTest::addColumn<QSizeF>("label");
         QTest::addColumn<QPointF>("expected");
-        QTest::newRow("inside") << QPointF(200, 100) << QSizeF(80, 20) << QPointF(200, 100);
-        QTest::newRow("past left and bottom")
-            << QPointF(90, 10) << QSizeF(80, 20) << QPointF(100, 50);
+        const QPointF none;
+        const QSizeF label(80, 20);
+        QTest::newRow("top left") << 0 << none << label << QPointF(100, 330);
+        QTest::newRow("top right") << 1 << none << label << QPointF(420, 330);
+        QTest::newRow("centre") << 2 << none << label << QPointF(260, 190);
+        QTest::newRow("bottom left") << 3 << none << label << QPointF(100, 50);
+        QTest::newRow("bottom right") << 4 << none << label << QPointF(420, 50);
+        QTest::newRow("past left and bottom") << -1 << QPointF(90, 10) << label << QPointF(100, 50);
         QTest::newRow("past right and top")
-            << QPointF(450, 340) << QSizeF(80, 20) << QPointF(420, 330);
+            << -1 << QPointF(450, 340) << label << QPointF(420, 330);
         QTest::newRow("wider than the area")
-            << QPointF(150, 100) << QSizeF(500, 20) << QPointF(0, 100);
+            << -1 << QPointF(150, 100) << QSizeF(500, 20) << QPointF(0, 100);
         QTest::newRow("not a number")
-            << QPointF(qQNaN(), qQNaN()) << QSizeF(80, 20) << QPointF(100, 50);
+            << -1 << QPointF(qQNaN(), qQNaN()) << label << QPointF(100, 50);
     }
-    void clampsIntoArea() {
+    void placesLabelInArea() {
+        QFETCH(int, preset);
         QFETCH(QPointF, origin);
         QFETCH(QSizeF, label);
         QFETCH(QPointF, expected);
-        const TPosition p = clampIntoArea(StampArea{100, 50, 500, 350},
-                                          TPosition{float(origin.x()), float(origin.y())},
-                                          Size{float(label.width()), float(label.height())});
-        QCOMPARE(QPointF(p.x, p.y), expected);
-    }
-
-    void presetPlaces_data() {
-        QTest::addColumn<int>("place");
-        QTest::addColumn<QPointF>("expected");
-        QTest::newRow("top left") << 0 << QPointF(100, 330);
-        QTest::newRow("top right") << 1 << QPointF(420, 330);
-        QTest::newRow("centre") << 2 << QPointF(260, 190);
-        QTest::newRow("bottom left") << 3 << QPointF(100, 50);
-        QTest::newRow("bottom right") << 4 << QPointF(420, 50);
-    }
-    void presetPlaces() {
-        QFETCH(int, place);
-        QFETCH(QPointF, expected);
-        const TPosition p = presetOrigin(place, StampArea{100, 50, 500, 350}, Size{80, 20});
+        const StampArea area{100, 50, 500, 350};
+        const Size size{float(label.width()), float(label.height())};
+        const TPosition p =
+            preset >= 0
+                ? presetOrigin(preset, area, size)
+                : clampIntoArea(area, TPosition{float(origin.x()), float(origin.y())}, size);
         QCOMPARE(QPointF(p.x, p.y), expected);
     }
 
