@@ -181,6 +181,9 @@ void AssetCollection::refreshInBackgroundThread(AssetCollection* collection,
     }
     collection->inRefresh_.store(false);
     std::lock_guard lock(shared->mutex);
+    if (!shared->aborted) {
+        emit collection->refreshEnded();
+    }
     shared->finished = true;
     shared->handedOff.notify_all();
 }

@@ -61,6 +61,10 @@ class AssetCollection : public QObject {
     void assetsInserted(const QList<qsizetype>& indexes);
     void assetsRemoved(const QList<qsizetype>& indexes);
     void assetsReset();
+    // A scan has ended and a new one may start; sent from the scan thread after
+    // its last step, so receivers on the main thread get it queued. Not sent
+    // for a scan that stopScan() ended.
+    void refreshEnded();
 
   private:
     struct ScanShared;
