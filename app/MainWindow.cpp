@@ -2,14 +2,20 @@
 
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QDragEnterEvent>
+#include <QDropEvent>
 #include <QLineEdit>
+#include <QMimeData>
 #include <QStyle>
+#include <QUrl>
 
 #include "ui_MainWindow.h"
 
 MainWindow::MainWindow(QWidget* parent)
     : QMainWindow(parent), ui_(std::make_unique<Ui::MainWindow>()) {
     ui_->setupUi(this);
+    // Photos and folders dragged from a file manager are imported.
+    setAcceptDrops(true);
     // Icons come from the desktop theme, with the style's own as fallback.
     const auto icon = [this](const char* themeName, QStyle::StandardPixmap fallback) {
         return QIcon::fromTheme(QLatin1String(themeName), style()->standardIcon(fallback));
@@ -44,4 +50,46 @@ void MainWindow::closeEvent(QCloseEvent* event) {
         return;
     }
     event->accept();
+}
+
+QStringList MainWindow::localPaths(const QMimeData* data) {
+    QStringList paths;
+    if (data == nullptr || !data->hasUrls()) {
+        return paths;
+    }
+    for (const QUrl& url : data->urls()) {
+        const QString path = url.toLocalFile();  // empty for other kinds of URL
+        if (!path.isEmpty()) {
+            paths.append(path);
+        }
+    }
+    return paths;
+}
+
+namespace {
+// Takes a drag only when it names local files or folders; copy, never move:
+// the photos stay where they are.
+bool acceptLocalPaths(QDropEvent* event) {
+    if (MainWindow::localPaths(event->mimeData()).isEmpty()) {
+        event->ignore();
+        return false;
+    }
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    return true;
+}
+}  // namespace
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+    acceptLocalPaths(event);
+}
+
+void MainWindow::dragMoveEvent(QDragMoveEvent* event) {
+    acceptLocalPaths(event);
+}
+
+void MainWindow::dropEvent(QDropEvent* event) {
+    if (acceptLocalPaths(event)) {
+        emit pathsDropped(localPaths(event->mimeData()));
+    }
 }

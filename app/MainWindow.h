@@ -1,8 +1,11 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QStringList>
 #include <functional>
 #include <memory>
+
+class QMimeData;
 
 namespace Ui {
 class MainWindow;
@@ -22,8 +25,18 @@ class MainWindow : public QMainWindow {
         shouldClose_ = std::move(shouldClose);
     }
 
+    // The local files and folders that data names, in its order; other URLs left out.
+    static QStringList localPaths(const QMimeData* data);
+
+  signals:
+    // Local files and folders were dropped on the window.
+    void pathsDropped(const QStringList& paths);
+
   protected:
     void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
   private:
     std::unique_ptr<Ui::MainWindow> ui_;
