@@ -56,6 +56,7 @@ void StampwiseAppDelegate::connectToWindow(MainWindow* window) {
     connect(ui.customTextField, &QLineEdit::textChanged, this, [this] { controlTextDidChange(); });
 
     window->setShouldClose([this, window] { return windowShouldClose(window); });
+    connectImports(window);
 
     QList<QObject*> tagged = window->findChildren<QObject*>();
     for (QObject* object : tagged) {

@@ -29,6 +29,7 @@ class ColourChooser;
 class FontChooser;
 class RunProgress;
 class QComboBox;
+class QTimer;
 class OpenPanel;
 class QWidget;
 
@@ -223,4 +224,24 @@ class StampwiseAppDelegate : public QObject, public MyProtocolDelegate {
     std::unique_ptr<ColourChooser> colourChooser_;
     std::unique_ptr<RunProgress> run_;
     quint64 previewRequest_ = 0;
+
+    // ---- imports named on the command line or dropped on the window, and
+    // counters that follow a scan (StampwiseAppDelegateImport.cpp)
+  public:
+    // Imports each path as Add Files (files) or Add Folder (a folder) would, one
+    // import after the other, so each appends after the photos before it.
+    void importPaths(const QStringList& paths);
+
+  private:
+    struct PendingImport {
+        bool folder = false;
+        QStringList paths;
+    };
+    void connectImports(MainWindow* window);
+    void watchCatalog(AssetCollection& catalog);
+    void runPendingImports();
+    void scheduleAmountInfo();
+    void updateWindowTitle();
+    QList<PendingImport> pendingImports_;
+    QTimer* amountTimer_ = nullptr;
 };

@@ -15,6 +15,9 @@ constexpr const char* kDefaultSortKey = "filename";
 
 void StampwiseAppDelegate::setAssetCollection(std::unique_ptr<AssetCollection> collection) {
     assetCollection_ = std::move(collection);
+    if (assetCollection_) {
+        watchCatalog(*assetCollection_);
+    }
 }
 
 void StampwiseAppDelegate::openBrowserWindowFile() {
@@ -68,6 +71,7 @@ AssetCollection& StampwiseAppDelegate::catalogFor(const QUrl& rootURL) {
     state_.catalog.sortsAscending = true;
     if (!assetCollection_) {
         assetCollection_ = std::make_unique<AssetCollection>(rootURL);
+        watchCatalog(*assetCollection_);
     }
     return *assetCollection_;
 }

@@ -83,4 +83,5 @@ void StampwiseAppDelegate::redrawAmountInfo() {
     setControlText(Tag::kSelectedAmountField, QString::number(ticked));
     setControlText(Tag::kTotalAmountField, QString::number(total));
     setToolbarStatus(total != 0);
+    updateWindowTitle();
 }

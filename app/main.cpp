@@ -4,6 +4,8 @@
 #include <QGuiApplication>
 #include <QLoggingCategory>
 #include <QTextStream>
+#include <QTimer>
+#include <QUrl>
 #include <cstring>
 
 #include "app/InfoCommand.h"
@@ -53,7 +55,16 @@ int main(int argc, char** argv) {
     delegate.connectToWindow(&window);
     delegate.applicationDidFinishLaunching();
     window.show();
-    // Photos named on the command line (make run passes the samples) are
-    // accepted; they are loaded once the browser can show them.
+    // Photos and folders named on the command line (make run passes the
+    // samples) are imported once the window is up; a desktop launcher may
+    // give them as file URLs.
+    QStringList paths;
+    for (const QString& argument : QApplication::arguments().mid(1)) {
+        paths.append(argument.startsWith(QLatin1String("file:")) ? QUrl(argument).toLocalFile()
+                                                                 : argument);
+    }
+    if (!paths.isEmpty()) {
+        QTimer::singleShot(0, &delegate, [&delegate, paths] { delegate.importPaths(paths); });
+    }
     return QApplication::exec();
 }
