@@ -1,6 +1,9 @@
 #include <QAbstractButton>
+#include <QDir>
+#include <QDropEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMimeData>
 #include <QTest>
 
 #include "AppFixture.h"
@@ -11,7 +14,92 @@
 class ImportTest : public QObject {
     Q_OBJECT
   private slots:
-    // Missing paths and folders are dropped silently; nothing left is an error.
+    // Paths on the command line or dropped: runs of files import as Add Files, each
+    // folder as Add Folder, one after the other; relative paths start from the
+    // current folder; drops take only local paths, copied, never moved.
+    void namedPaths_data() {
+        QTest::addColumn<QStringList>("paths");
+        QTest::addColumn<bool>("dropped");
+        QTest::addColumn<QStringList>("expected");
+        const QStringList photos{"photos/p1.jpg", "photos/p2.JPG"};
+        QTest::newRow("folder") << QStringList{"photos"} << false << photos;
+        QTest::newRow("missing") << QStringList{"gone.jpg"} << false << QStringList{};
+        QTest::newRow("mixed") << QStringList{"c.png", "gone.jpg", "photos",
+                                              "empty", "a.jpg",    "odd"}
+                               << false
+                               << QStringList{"c.png"} + photos +
+                                      QStringList{"a.jpg", "odd/locked.jpg", "odd/pipe.jpg"};
+        QTest::newRow("drop") << QStringList{"c.png", "photos"} << true
+                              << QStringList{"c.png"} + photos;
+        QTest::newRow("drop web") << QStringList{"https://x.org/a.jpg"} << true << QStringList{};
+        QTest::newRow("drop web and local")
+            << QStringList{"https://x.org/a.jpg", "c.png"} << true << QStringList{"c.png"};
+    }
+    void namedPaths() {
+        QFETCH(QStringList, paths);
+        QFETCH(bool, dropped);
+        QFETCH(QStringList, expected);
+        Sandbox dir;
+        for (QString name :
+             {"photos", "odd", "empty", "a.jpg", "c.png", "photos/p1.jpg", "photos/p2.JPG"}) {
+            name.contains('.') ? dir.touch(name) : dir.mkdir(name);
+        }
+        dir.fifo("odd/pipe.jpg");
+        QFile::setPermissions(dir.touch("odd/locked.jpg"), {});
+        AppFixture app;
+        StampwiseAppDelegate& d = app.start();
+        if (dropped) {
+            QMimeData data;
+            QList<QUrl> urls;
+            for (const QString& path : paths) {
+                urls << (path.contains(':') ? QUrl(path) : QUrl::fromLocalFile(dir.path(path)));
+            }
+            data.setUrls(urls);
+            const auto actions = Qt::CopyAction | Qt::MoveAction;
+            QDragEnterEvent enter({5, 5}, actions, &data, Qt::LeftButton, {});
+            QCoreApplication::sendEvent(app.window.get(), &enter);
+            QCOMPARE(enter.isAccepted(), !expected.isEmpty());
+            QDropEvent drop({5, 5}, actions, &data, Qt::LeftButton, {});
+            drop.setDropAction(Qt::MoveAction);
+            QCoreApplication::sendEvent(app.window.get(), &drop);
+            QCOMPARE(drop.dropAction(), expected.isEmpty() ? Qt::MoveAction : Qt::CopyAction);
+        } else {
+            const QString cwd = QDir::currentPath();
+            QDir::setCurrent(dir.path());
+            d.importPaths(paths);
+            QDir::setCurrent(cwd);
+        }
+        QCOMPARE(app.alerts.shown.size(), expected.isEmpty() && !dropped ? 1 : 0);
+        QTRY_COMPARE(d.totalAmount(), qint64(expected.size()));
+        QStringList loaded;
+        for (const AssetPtr& asset :
+             d.assetCollection() ? d.assetCollection()->assets() : QList<AssetPtr>{}) {
+            loaded << QDir(dir.path()).relativeFilePath(asset->fullFilename());
+        }
+        QCOMPARE(loaded, expected);
+    }
+
+    // The counters and the title follow the photos while the scan still runs.
+    void countersDuringAScan() {
+        Sandbox dir;
+        for (int i = 0; i < 8; ++i) {
+            dir.touch(QStringLiteral("%1.jpg").arg(i));
+        }
+        AppFixture app;
+        StampwiseAppDelegate& d = app.start();
+        d.importPaths({dir.path()});
+        QStringList seen;
+        connect(d.assetCollection(), &AssetCollection::assetsInserted, this, [&] {
+            if (d.assetCollection()->assets().size() == 4) {
+                QTest::qWait(250);
+                seen << app.control<QLabel>(36005)->text() << app.control<QLabel>(36006)->text()
+                     << app.window->windowTitle();
+            }
+        });
+        QTRY_COMPARE(d.totalAmount(), qint64(8));
+        QCOMPARE(seen, (QStringList{"4", "4", "Stampwise — 4 photos, 4 ticked"}));
+    }
+
     void openFileChecks_data() {
         QTest::addColumn<QStringList>("names");
         QTest::addColumn<int>("expectedPhotos");
