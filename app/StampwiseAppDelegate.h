@@ -84,6 +84,9 @@ class StampwiseAppDelegate : public QObject, public MyProtocolDelegate {
     void removeAllImage();
     void selectAllImage();
     void deSelectAllImage();
+    void setSortKey(const QString& key);
+    void setSortsAscending(bool ascending);
+    void updateSortDescriptors();
 
     // The model photo and its date text.
     void displayImageFileName(const QString& path);

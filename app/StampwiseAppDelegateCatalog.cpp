@@ -80,6 +80,7 @@ void StampwiseAppDelegate::newInitAssetWindowFiles(const QStringList& paths) {
     AssetCollection& catalog = catalogFor(QUrl::fromLocalFile(QString()));
     catalog.setFilesArray(paths);
     catalog.setIsFile(true);
+    updateSortDescriptors();
     catalog.startRefresh();
 }
 
@@ -87,6 +88,7 @@ void StampwiseAppDelegate::newInitAssetWindow(const QString& folder) {
     AssetCollection& catalog = catalogFor(QUrl::fromLocalFile(folder));
     catalog.setRootURL(QUrl::fromLocalFile(folder));
     catalog.setIsFile(false);
+    updateSortDescriptors();
     catalog.startRefresh();
 }
 
@@ -170,4 +172,27 @@ void StampwiseAppDelegate::deSelectAllImage() {
         }
     }
     redrawAmountInfo();
+}
+
+void StampwiseAppDelegate::setSortKey(const QString& key) {
+    if (key == state_.catalog.sortKey) {
+        return;
+    }
+    state_.catalog.sortKey = key;
+    updateSortDescriptors();
+}
+
+void StampwiseAppDelegate::setSortsAscending(bool ascending) {
+    if (ascending == state_.catalog.sortsAscending) {
+        return;
+    }
+    state_.catalog.sortsAscending = ascending;
+    updateSortDescriptors();
+}
+
+void StampwiseAppDelegate::updateSortDescriptors() {
+    if (assetCollectionView_) {
+        assetCollectionView_->setSortDescriptors({AssetSort::SortRule{
+            AssetSort::keyPathFor(state_.catalog.sortKey), state_.catalog.sortsAscending}});
+    }
 }

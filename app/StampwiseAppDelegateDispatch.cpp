@@ -153,9 +153,14 @@ void StampwiseAppDelegate::perform(const Control& control, QObject* sender) {
         case Stamp:
             runIt();
             break;
-        // Sorting comes with the browser.
         case SortAscending:
+            setSortsAscending(qobject_cast<QAbstractButton*>(sender)->isChecked());
+            break;
         case SortKey:
+            if (auto* combo = qobject_cast<QComboBox*>(sender); combo->currentIndex() >= 0) {
+                setSortKey(combo->itemText(combo->currentIndex()));
+            }
+            break;
         case Nothing:
             break;
     }

@@ -53,6 +53,7 @@ void StampwiseAppDelegate::setLabelFrame(const LabelFrame& frame) {
 void StampwiseAppDelegate::redrawAll(const QString& argument) {
     ModelPhoto& model = state_.model;
     LabelPlacement& placement = state_.placement;
+    updateSortDescriptors();
     if (!model.hasImage) {
         return;
     }

@@ -33,9 +33,9 @@ const QStringList kUsableWithoutPhotos = {
     "actionAbout",    "actionQuit",      "layoutPopUp",        "layoutComboBox",
     "sortComboBox",   "customTextField", "totalAmountField",   "selectedAmountField",
     "atextfield",     "actionHelp"};
-// Commands whose work arrives with the browser, or that act on a model photo
-// only (ModelPhotoTest uses those).
-const std::set<Command> kNotYetActive = {Nothing, Margin, SortAscending, SortKey};
+// Commands that act on a model photo only (ModelPhotoTest uses them), and the
+// ascending box, whose first click can set what is already set (ImportTest).
+const std::set<Command> kNotYetActive = {Nothing, Margin, SortAscending};
 
 // Everything a command can visibly change, to tell whether one ran.
 struct Observed {
@@ -46,6 +46,7 @@ struct Observed {
     int presetsOn;
     bool preview;
     qint32 layout;
+    QList<AssetSort::SortRule> sort;
     bool operator==(const Observed&) const = default;
 };
 
@@ -68,7 +69,8 @@ Observed observe(AppFixture& app) {
             d.selectChannel(),
             presets,
             app.window->ui().aQNSDragView->isPreview(),
-            app.window->ui().assetCollectionView->subviewsLayoutType()};
+            app.window->ui().assetCollectionView->subviewsLayoutType(),
+            app.window->ui().assetCollectionView->sortDescriptors()};
 }
 
 Kind kindOf(QObject* object) {

@@ -127,6 +127,10 @@ class ImportTest : public QObject {
         QCOMPARE(app.control<QLabel>(36005)->text(), QString::number(expectedPhotos));
         QVERIFY(app.window->ui().actionStamp->isEnabled());
         QCOMPARE(d.sortKey(), QStringLiteral("filename"));
+        // The box starts checked; a click sorts the other way.
+        app.control<QAbstractButton>(31035)->click();
+        const AssetSort::SortRule byName{"asset.filename", false};
+        QCOMPARE(app.window->ui().assetCollectionView->sortDescriptors(), QList{byName});
     }
 
     void openDirectoryChecks_data() {
