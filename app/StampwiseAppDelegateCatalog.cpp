@@ -129,6 +129,14 @@ void StampwiseAppDelegate::removeSelectedImage() {
             assets.removeAt(i);
         }
     }
+    resizeAssetCollectionView();
+    if (assetCollectionView_) {
+        const int width = assetCollectionView_->width();
+        const qsizetype left = assetCollection_ ? assetCollection_->assets().size() : 0;
+        const double visible = aNSScrollView_ ? aNSScrollView_->height() : 0.0;
+        assetCollectionView_->resize(
+            width, static_cast<int>(PreviewLayout::heightAfterRemoval(width, left, visible)));
+    }
     redrawAmountInfo();
     if (shownPhotoRemoved) {
         clearModelPhoto();

@@ -98,13 +98,30 @@ TPosition fractionOrigin(double fx, double fy, const StampArea& area, Size label
                      static_cast<float>(static_cast<double>(area.miniY) + fy * travelY)};
 }
 
-double browserHeight(double browserWidth, qsizetype count, double visibleHeight) {
-    const qsizetype columns =
-        std::max<qsizetype>(1, static_cast<qsizetype>(browserWidth / kCellPitch));
+namespace {
+// A browser narrower than one cell still has one column.
+qsizetype columnsIn(double browserWidth) {
+    return std::max<qsizetype>(1, static_cast<qsizetype>(browserWidth / kCellPitch));
+}
+double contentHeight(double browserWidth, qsizetype count) {
+    const qsizetype columns = columnsIn(browserWidth);
     const qsizetype rows = count / columns + (count % columns != 0 ? 1 : 0);
-    const double content = static_cast<double>(rows) * kCellPitch;
+    return static_cast<double>(rows) * kCellPitch;
+}
+}  // namespace
+
+double browserHeight(double browserWidth, qsizetype count, double visibleHeight) {
+    const double content = contentHeight(browserWidth, count);
     // A short catalog fills the visible part, less the frame, so no scroll bar shows.
     return visibleHeight > content ? visibleHeight - 2.0 : content;
+}
+
+double heightAfterRemoval(double browserWidth, qsizetype count, double visibleHeight) {
+    return std::max(contentHeight(browserWidth, count), visibleHeight);
+}
+
+bool rebuildsAfterRemoval(qsizetype removed, double browserWidth) {
+    return removed > columnsIn(browserWidth);
 }
 
 double constrainDivider(double proposed) {

@@ -49,6 +49,14 @@ StampGeometry::TPosition fractionOrigin(double fx, double fy, const StampGeometr
 // visible height minus 2. A browser narrower than one cell counts as one column.
 double browserHeight(double browserWidth, qsizetype count, double visibleHeight);
 
+// Height of the browser after a removal: whole rows of the cards left, at least
+// the visible height.
+double heightAfterRemoval(double browserWidth, qsizetype count, double visibleHeight);
+
+// Whether removing `removed` cards rebuilds every card: more than a row's worth
+// moves so many that dropping them one by one costs more.
+bool rebuildsAfterRemoval(qsizetype removed, double browserWidth);
+
 // The divider position the split view may take for a proposed one.
 double constrainDivider(double proposed);
 

@@ -83,17 +83,21 @@ class PreviewLayoutTest : public QObject {
         QTest::addColumn<int>("count");
         QTest::addColumn<double>("visible");
         QTest::addColumn<double>("expected");
-        QTest::newRow("short catalog fills the view") << 400.0 << 10 << 600.0 << 598.0;
-        QTest::newRow("taller than the view") << 400.0 << 10 << 300.0 << 524.0;
-        QTest::newRow("whole rows") << 400.0 << 9 << 300.0 << 393.0;
-        QTest::newRow("narrower than a cell") << 100.0 << 3 << 100.0 << 393.0;
+        QTest::addColumn<double>("afterRemoval");  // no frame allowance there
+        QTest::newRow("short catalog fills the view") << 400.0 << 10 << 600.0 << 598.0 << 600.0;
+        QTest::newRow("taller than the view") << 400.0 << 10 << 300.0 << 524.0 << 524.0;
+        QTest::newRow("whole rows") << 400.0 << 9 << 300.0 << 393.0 << 393.0;
+        QTest::newRow("narrower than a cell") << 100.0 << 3 << 100.0 << 393.0 << 393.0;
+        QTest::newRow("4 columns, 8 left") << 600.0 << 8 << 200.0 << 262.0 << 262.0;
     }
     void browserHeight() {
         QFETCH(double, width);
         QFETCH(int, count);
         QFETCH(double, visible);
         QFETCH(double, expected);
+        QFETCH(double, afterRemoval);
         QCOMPARE(PreviewLayout::browserHeight(width, count, visible), expected);
+        QCOMPARE(heightAfterRemoval(width, count, visible), afterRemoval);
     }
 
     void labelScalesWithThePreviewAndDividerStaysInBounds() {
@@ -103,6 +107,9 @@ class PreviewLayoutTest : public QObject {
         QCOMPARE(constrainDivider(100), 240.0);
         QCOMPARE(constrainDivider(700), 600.0);
         QCOMPARE(constrainDivider(321), 321.0);
+        // More than a row's worth removed rebuilds every card (4 columns in 600).
+        QVERIFY(rebuildsAfterRemoval(5, 600) && !rebuildsAfterRemoval(4, 600));
+        QVERIFY(rebuildsAfterRemoval(2, 100));
     }
 };
 SW_TEST_CLASS(PreviewLayoutTest)
