@@ -21,6 +21,7 @@ constexpr int kPlainLayoutMs = 250;
 // Long enough to gather a scan's arrivals, short enough to look immediate.
 constexpr int kBatchMs = 30;
 constexpr int kFrameMs = 16;
+constexpr qint32 kScatterLayout = 2;
 }  // namespace
 
 AssetCollectionView::AssetCollectionView(QWidget* parent)
@@ -32,6 +33,9 @@ AssetCollectionView::AssetCollectionView(QWidget* parent)
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setFrameShape(QFrame::NoFrame);
+    // Hundreds of cards change per frame; a region of their rectangles costs
+    // far more to build than repainting the one rectangle around them.
+    setViewportUpdateMode(QGraphicsView::BoundingRectViewportUpdate);
     setAlignment(Qt::AlignLeft | Qt::AlignTop);
     setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform |
                    QPainter::TextAntialiasing);
@@ -67,6 +71,7 @@ double AssetCollectionView::layoutDuration() {
 }
 
 void AssetCollectionView::setSubviewsLayoutType(qint32 type) {
+    layoutDirty_ = layoutDirty_ || type != subviewsLayoutType_;
     subviewsLayoutType_ = type;
     layoutSubviews();
 }
@@ -76,6 +81,7 @@ void AssetCollectionView::setSortDescriptors(const QList<AssetSort::SortRule>& r
         return;
     }
     sortDescriptors_ = rules;
+    layoutDirty_ = true;
     layoutSubviews();
 }
 
@@ -98,6 +104,7 @@ void AssetCollectionView::setAssetCollection(AssetCollection* collection) {
 }
 
 void AssetCollectionView::reloadData() {
+    layoutDirty_ = true;
     moving_.clear();
     nodes_.clear();
     if (assetCollection_) {
@@ -121,6 +128,7 @@ AssetCollectionViewNode* AssetCollectionView::insertNodeForAssetAtIndex(qsizetyp
     if (!assetCollection_ || index < 0 || index >= assetCollection_->assets().size()) {
         return nullptr;
     }
+    layoutDirty_ = true;
     auto node = std::make_unique<AssetCollectionViewNode>();
     node->setAsset(assetCollection_->assets().at(index));
     scene_.addItem(node->rootView());
@@ -132,6 +140,7 @@ void AssetCollectionView::removeNodeForAssetAtIndex(qsizetype index) {
     if (index < 0 || index >= qsizetype(nodes_.size())) {
         return;
     }
+    layoutDirty_ = true;
     std::erase(moving_, nodes_[index]->rootView());
     nodes_.erase(nodes_.begin() + index);
 }
@@ -193,6 +202,12 @@ void AssetCollectionView::layoutSubviews() {
     if (!layout || nodes_.empty()) {
         return;
     }
+    // Same cards, size, layout and order give the same places; only scatter
+    // draws new ones every pass.
+    if (!layoutDirty_ && subviewsLayoutType_ != kScatterLayout) {
+        return;
+    }
+    layoutDirty_ = false;
     const std::vector<AssetCollectionViewNode*> arranged = arrangedNodes();
     const QSizeF card = SlideCarrierView::cardSize();
     std::vector<LayoutSlide> slides(arranged.size(),
@@ -295,6 +310,7 @@ void AssetCollectionView::drawBackground(QPainter* painter, const QRectF& rect) 
 void AssetCollectionView::resizeEvent(QResizeEvent* event) {
     QGraphicsView::resizeEvent(event);
     setSceneRect(0, 0, width(), height());
+    layoutDirty_ = true;
     if (!nodes_.empty()) {
         scheduleLayout();
     }

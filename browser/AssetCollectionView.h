@@ -99,4 +99,6 @@ class AssetCollectionView : public QGraphicsView {
     QElapsedTimer clock_;
     QEasingCurve easing_;
     std::vector<SlideCarrierView*> moving_;
+    // Something a pass depends on changed since the last pass.
+    bool layoutDirty_ = true;
 };

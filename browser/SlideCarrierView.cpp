@@ -63,6 +63,9 @@ SlideCarrierView::SlideCarrierView(QGraphicsItem* parent) : QGraphicsObject(pare
     const QSizeF size = cardSize();
     setTransformOriginPoint(size.width() / 2, size.height() / 2);
     setAcceptedMouseButtons(Qt::LeftButton);
+    // Drawn once into a pixmap that then moves and turns: cards in flight cross
+    // the visible area in hundreds at a time.
+    setCacheMode(QGraphicsItem::ItemCoordinateCache);
 }
 
 SlideCarrierView::~SlideCarrierView() = default;
@@ -198,9 +201,14 @@ bool SlideCarrierView::step(qint64 nowMs, const QEasingCurve& easing) {
                              ? std::clamp(qreal(nowMs - moveStartMs_) / moveDurationMs_, 0.0, 1.0)
                              : 1.0;
     const qreal t = easing.valueForProgress(linear);
+    // Each setter costs a geometry change in the scene; skip the unchanged.
     setPos(fromPos_ + (targetPos_ - fromPos_) * t);
-    setRotation(fromRotation_ + (targetRotation_ - fromRotation_) * t);
-    setOpacity(fromOpacity_ + (1 - fromOpacity_) * t);
+    if (fromRotation_ != targetRotation_) {
+        setRotation(fromRotation_ + (targetRotation_ - fromRotation_) * t);
+    }
+    if (fromOpacity_ != 1) {
+        setOpacity(fromOpacity_ + (1 - fromOpacity_) * t);
+    }
     moving_ = linear < 1.0;
     return moving_;
 }
