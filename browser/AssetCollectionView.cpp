@@ -1,5 +1,6 @@
 #include "browser/AssetCollectionView.h"
 
+#include <QGraphicsDropShadowEffect>
 #include <QHash>
 #include <QLinearGradient>
 #include <QPainter>
@@ -131,6 +132,7 @@ AssetCollectionViewNode* AssetCollectionView::insertNodeForAssetAtIndex(qsizetyp
     layoutDirty_ = true;
     auto node = std::make_unique<AssetCollectionViewNode>();
     node->setAsset(assetCollection_->assets().at(index));
+    applyShadow(node->rootView());
     scene_.addItem(node->rootView());
     const qsizetype at = std::min<qsizetype>(index, qsizetype(nodes_.size()));
     return nodes_.insert(nodes_.begin() + at, std::move(node))->get();
@@ -296,6 +298,29 @@ void AssetCollectionView::stopLayoutCycleTimer() {
 
 void AssetCollectionView::cycleLayout() {
     setSubviewsLayoutType((subviewsLayoutType_ + 1) % kLayoutCount);
+}
+
+void AssetCollectionView::setSlidesHaveShadows(bool on) {
+    if (on == slidesHaveShadows_) {
+        return;
+    }
+    slidesHaveShadows_ = on;
+    for (const auto& node : nodes_) {
+        applyShadow(node->rootView());
+    }
+}
+
+void AssetCollectionView::applyShadow(SlideCarrierView* slide) const {
+    if (!slidesHaveShadows_) {
+        slide->setGraphicsEffect(nullptr);
+        return;
+    }
+    // 3 points right and 3 down, soft, three-quarters black.
+    auto* shadow = new QGraphicsDropShadowEffect;
+    shadow->setOffset(3, 3);
+    shadow->setBlurRadius(4);
+    shadow->setColor(QColor::fromRgbF(0.0f, 0.0f, 0.0f, 0.75f));
+    slide->setGraphicsEffect(shadow);
 }
 
 void AssetCollectionView::drawBackground(QPainter* painter, const QRectF& rect) {

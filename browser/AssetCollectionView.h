@@ -70,6 +70,10 @@ class AssetCollectionView : public QGraphicsView {
     void setLayoutCycleInterval(double seconds);
     void cycleLayout();
 
+    // A drop shadow under every card; off unless asked for.
+    bool slidesHaveShadows() const { return slidesHaveShadows_; }
+    void setSlidesHaveShadows(bool on);
+
   protected:
     void drawBackground(QPainter* painter, const QRectF& rect) override;
     void resizeEvent(QResizeEvent* event) override;
@@ -81,6 +85,7 @@ class AssetCollectionView : public QGraphicsView {
     void stepAnimations();
     void startLayoutCycleTimer();
     void stopLayoutCycleTimer();
+    void applyShadow(SlideCarrierView* slide) const;
 
     bool isLoadDirectory_ = false;
     QPointer<AssetCollection> assetCollection_;
@@ -90,6 +95,7 @@ class AssetCollectionView : public QGraphicsView {
     QTimer layoutTimer_;
     qint32 subviewsLayoutType_ = 3;
     QList<AssetSort::SortRule> sortDescriptors_;
+    bool slidesHaveShadows_ = false;
 
     QGraphicsScene scene_;
     // Coalesces the passes of a scan's arrivals.

@@ -1,3 +1,4 @@
+#include <QTemporaryDir>
 #include <QTest>
 #include <algorithm>
 #include <functional>
@@ -7,6 +8,8 @@
 #include "browser/AssetCollectionViewNode.h"
 #include "browser/SlideCarrierView.h"
 #include "catalog/AssetCollection.h"
+#include "catalog/ImageAsset.h"
+#include "common/TestImages.h"
 #include "platform/NotificationCenter.h"
 #include "platform/NotificationNames.h"
 
@@ -164,18 +167,20 @@ class AssetCollectionViewTest : public QObject {
         QCOMPARE(card->isChecked(), included);
     }
 
-    // The asset's flag and a preview that comes later reach the card.
+    // The asset's flag, and the preview made in the background with the
+    // photo's size, reach the card.
     void cardFollowsAsset() {
-        Browser browser({"a.jpg"});
+        QTemporaryDir dir;
+        const QString path = dir.filePath("wide.png");
+        QVERIFY(TestImages::solid(QSize(40, 30)).save(path));
+        Browser browser({});
+        browser.catalog.addAsset(std::make_shared<ImageAsset>(QUrl::fromLocalFile(path)));
         const AssetPtr asset = browser.catalog.assets().first();
         SlideCarrierView* card = browser.view.nodes().front()->rootView();
         asset->setIncludedInSlideshow(false);
         QVERIFY(!card->isChecked());
-        QVERIFY(!card->hasImage());
-        QImage preview(40, 30, QImage::Format_RGB32);
-        preview.fill(Qt::red);
-        asset->setPreviewImage(preview);
-        QVERIFY(card->hasImage());
+        QTRY_VERIFY(card->hasImage());
+        QCOMPARE(card->dimensionsText(), QString("40 \u00d7 30"));
     }
 };
 
