@@ -1,3 +1,4 @@
+#include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
 #include <algorithm>
@@ -165,6 +166,43 @@ class AssetCollectionViewTest : public QObject {
         QCOMPARE(seen, posted);
         QCOMPARE(asset->includedInSlideshow(), included);
         QCOMPARE(card->isChecked(), included);
+    }
+
+    // The layout numbers go round 0 to 3; a number without a layout is kept
+    // but leaves the cards where they are.
+    void cyclesLayouts_data() {
+        QTest::addColumn<int>("from");
+        QTest::addColumn<int>("next");
+        QTest::newRow("on from loop") << 1 << 2;
+        QTest::newRow("wrapped to circular") << 3 << 0;
+        QTest::newRow("no layout to circular") << 7 << 0;
+    }
+    void cyclesLayouts() {
+        QFETCH(int, from);
+        QFETCH(int, next);
+        Browser browser({"a.jpg", "b.jpg"});
+        browser.view.setSubviewsLayoutType(0);
+        const QPointF circular = browser.view.nodes().back()->rootView()->targetPos();
+        browser.view.setSubviewsLayoutType(from);
+        if (from == 7) {
+            QCOMPARE(browser.view.subviewsLayoutType(), 7);
+            QCOMPARE(browser.view.nodes().back()->rootView()->targetPos(), circular);
+        }
+        browser.view.cycleLayout();
+        QCOMPARE(browser.view.subviewsLayoutType(), next);
+        // Turning the cycle on moves on at once.
+        browser.view.setAutoCyclesLayout(true);
+        QCOMPARE(browser.view.subviewsLayoutType(), (next + 1) % 4);
+    }
+
+    // The duration of an animated pass is stored on first use.
+    void layoutDuration() {
+        QSettings settings;
+        settings.remove("layoutDuration");
+        QCOMPARE(AssetCollectionView::layoutDuration(), 2.5);
+        QCOMPARE(QSettings().value("layoutDuration").toDouble(), 2.5);
+        settings.setValue("layoutDuration", 1.0);
+        QCOMPARE(AssetCollectionView::layoutDuration(), 1.0);
     }
 
     // The asset's flag, and the preview made in the background with the
