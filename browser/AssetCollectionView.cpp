@@ -1,13 +1,62 @@
 #include "browser/AssetCollectionView.h"
 
+#include <QGraphicsDropShadowEffect>
+#include <QHash>
+#include <QLinearGradient>
+#include <QPainter>
+#include <QResizeEvent>
 #include <QSettings>
+#include <algorithm>
+
+#include "browser/AssetCollectionViewNode.h"
+#include "browser/SlideCarrierView.h"
+#include "browser/ViewLayout.h"
+#include "catalog/AssetCollection.h"
+#include "preview/SlideshowImageView.h"
 
 namespace {
 constexpr const char* kLayoutDurationKey = "layoutDuration";
 constexpr double kDefaultLayoutDuration = 2.5;
+// A pass outside a load grouping takes the platform's usual quarter second.
+constexpr int kPlainLayoutMs = 250;
+// Long enough to gather a scan's arrivals, short enough to look immediate.
+constexpr int kBatchMs = 30;
+constexpr int kFrameMs = 16;
+constexpr qint32 kScatterLayout = 2;
 }  // namespace
 
-AssetCollectionView::AssetCollectionView(QWidget* parent) : QWidget(parent) {}
+AssetCollectionView::AssetCollectionView(QWidget* parent)
+    : QGraphicsView(parent), easing_(SlideshowImageView::easeInEaseOut()) {
+    // Cards move on every pass; an index would be rebuilt more than it is used.
+    scene_.setItemIndexMethod(QGraphicsScene::NoIndex);
+    setScene(&scene_);
+    // The main window's scroll area scrolls this view, which is as tall as its cards need.
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setFrameShape(QFrame::NoFrame);
+    // Hundreds of cards change per frame; a region of their rectangles costs
+    // far more to build than repainting the one rectangle around them.
+    setViewportUpdateMode(QGraphicsView::BoundingRectViewportUpdate);
+    setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform |
+                   QPainter::TextAntialiasing);
+    setSceneRect(0, 0, width(), height());
+
+    pendingLayout_.setSingleShot(true);
+    pendingLayout_.setInterval(kBatchMs);
+    connect(&pendingLayout_, &QTimer::timeout, this, &AssetCollectionView::layoutSubviews);
+    animationTick_.setInterval(kFrameMs);
+    connect(&animationTick_, &QTimer::timeout, this, &AssetCollectionView::stepAnimations);
+    connect(&layoutTimer_, &QTimer::timeout, this, &AssetCollectionView::cycleLayout);
+    clock_.start();
+}
+
+AssetCollectionView::~AssetCollectionView() {
+    setAutoCyclesLayout(false);
+    setAssetCollection(nullptr);
+    moving_.clear();
+    nodes_.clear();
+}
 
 double AssetCollectionView::layoutDuration() {
     QSettings settings;
@@ -20,4 +69,274 @@ double AssetCollectionView::layoutDuration() {
     settings.setValue(kLayoutDurationKey, kDefaultLayoutDuration);
     settings.sync();
     return kDefaultLayoutDuration;
+}
+
+void AssetCollectionView::setSubviewsLayoutType(qint32 type) {
+    layoutDirty_ = layoutDirty_ || type != subviewsLayoutType_;
+    subviewsLayoutType_ = type;
+    layoutSubviews();
+}
+
+void AssetCollectionView::setSortDescriptors(const QList<AssetSort::SortRule>& rules) {
+    if (rules == sortDescriptors_) {
+        return;
+    }
+    sortDescriptors_ = rules;
+    layoutDirty_ = true;
+    layoutSubviews();
+}
+
+void AssetCollectionView::setAssetCollection(AssetCollection* collection) {
+    if (collection == assetCollection_) {
+        return;
+    }
+    if (assetCollection_) {
+        disconnect(assetCollection_, nullptr, this, nullptr);
+    }
+    assetCollection_ = collection;
+    reloadData();
+    if (collection) {
+        connect(collection, &AssetCollection::assetsInserted, this,
+                &AssetCollectionView::handleAssetsInsertedInCatalogAtIndexes);
+        connect(collection, &AssetCollection::assetsRemoved, this,
+                &AssetCollectionView::handleAssetsRemovedFromCatalogAtIndexes);
+        connect(collection, &AssetCollection::assetsReset, this, &AssetCollectionView::reloadData);
+    }
+}
+
+void AssetCollectionView::reloadData() {
+    layoutDirty_ = true;
+    moving_.clear();
+    nodes_.clear();
+    if (assetCollection_) {
+        const qsizetype count = assetCollection_->assets().size();
+        nodes_.reserve(count);
+        for (qsizetype i = 0; i < count; ++i) {
+            insertNodeForAssetAtIndex(i);
+        }
+    }
+    layoutSubviews();
+}
+
+void AssetCollectionView::reloadRemovedData(const QStringList& positions) {
+    for (const QString& position : positions) {
+        removeNodeForAssetAtIndex(position.toLongLong());
+    }
+    layoutSubviews();
+}
+
+AssetCollectionViewNode* AssetCollectionView::insertNodeForAssetAtIndex(qsizetype index) {
+    if (!assetCollection_ || index < 0 || index >= assetCollection_->assets().size()) {
+        return nullptr;
+    }
+    layoutDirty_ = true;
+    auto node = std::make_unique<AssetCollectionViewNode>();
+    node->setAsset(assetCollection_->assets().at(index));
+    applyShadow(node->rootView());
+    scene_.addItem(node->rootView());
+    const qsizetype at = std::min<qsizetype>(index, qsizetype(nodes_.size()));
+    return nodes_.insert(nodes_.begin() + at, std::move(node))->get();
+}
+
+void AssetCollectionView::removeNodeForAssetAtIndex(qsizetype index) {
+    if (index < 0 || index >= qsizetype(nodes_.size())) {
+        return;
+    }
+    layoutDirty_ = true;
+    std::erase(moving_, nodes_[index]->rootView());
+    nodes_.erase(nodes_.begin() + index);
+}
+
+void AssetCollectionView::handleAssetsInsertedInCatalogAtIndexes(const QList<qsizetype>& indexes) {
+    QList<qsizetype> ascending = indexes;
+    std::sort(ascending.begin(), ascending.end());
+    for (qsizetype index : ascending) {
+        insertNodeForAssetAtIndex(index);
+    }
+    scheduleLayout();
+}
+
+void AssetCollectionView::handleAssetsRemovedFromCatalogAtIndexes(const QList<qsizetype>& indexes) {
+    QList<qsizetype> descending = indexes;
+    std::sort(descending.begin(), descending.end(), std::greater<>());
+    for (qsizetype index : descending) {
+        removeNodeForAssetAtIndex(index);
+    }
+    scheduleLayout();
+}
+
+void AssetCollectionView::scheduleLayout() {
+    if (!pendingLayout_.isActive()) {
+        pendingLayout_.start();
+    }
+}
+
+std::vector<AssetCollectionViewNode*> AssetCollectionView::arrangedNodes() const {
+    std::vector<AssetCollectionViewNode*> arranged;
+    arranged.reserve(nodes_.size());
+    for (const auto& node : nodes_) {
+        arranged.push_back(node.get());
+    }
+    if (sortDescriptors_.isEmpty()) {
+        return arranged;
+    }
+    QHash<const Asset*, AssetCollectionViewNode*> byAsset;
+    QList<std::shared_ptr<Asset>> assets;
+    assets.reserve(qsizetype(nodes_.size()));
+    for (AssetCollectionViewNode* node : arranged) {
+        byAsset.insert(node->asset().get(), node);
+        assets.append(node->asset());
+    }
+    // Stable sorts from the last rule to the first give the first rule precedence.
+    for (auto rule = sortDescriptors_.crbegin(); rule != sortDescriptors_.crend(); ++rule) {
+        assets = AssetSort::sorted(std::move(assets), *rule);
+    }
+    arranged.clear();
+    for (const auto& asset : assets) {
+        arranged.push_back(byAsset.value(asset.get()));
+    }
+    return arranged;
+}
+
+void AssetCollectionView::layoutSubviews() {
+    pendingLayout_.stop();
+    const std::unique_ptr<ViewLayout> layout = ViewLayout::viewLayout(subviewsLayoutType_);
+    if (!layout || nodes_.empty()) {
+        return;
+    }
+    // Same cards, size, layout and order give the same places; only scatter
+    // draws new ones every pass.
+    if (!layoutDirty_ && subviewsLayoutType_ != kScatterLayout) {
+        return;
+    }
+    layoutDirty_ = false;
+    const std::vector<AssetCollectionViewNode*> arranged = arrangedNodes();
+    const QSizeF card = SlideCarrierView::cardSize();
+    std::vector<LayoutSlide> slides(arranged.size(),
+                                    LayoutSlide{{card.width(), card.height()}, {}});
+    const double viewHeight = height();
+    layout->layoutSubviews(slides, BrowserLayout::Rect{0, 0, double(width()), viewHeight});
+
+    const qint64 now = clock_.elapsed();
+    int durationMs = -1;  // read only when something moves: it may touch the settings
+    bool started = false;
+    for (std::size_t i = 0; i < arranged.size(); ++i) {
+        SlideCarrierView* slide = arranged[i]->rootView();
+        const BrowserLayout::Placement& place = slides[i].placement;
+        // y-up frame origin to the scene's top-left; counter-clockwise to Qt's clockwise.
+        const QPointF pos(place.x, viewHeight - place.y - card.height());
+        if (durationMs < 0 &&
+            (pos != slide->targetPos() || -place.rotation != slide->targetRotation() ||
+             slide->opacity() != 1)) {
+            durationMs = isLoadDirectory_ ? int(layoutDuration() * 1000) : kPlainLayoutMs;
+        }
+        if (slide->moveTo(pos, -place.rotation, now, std::max(durationMs, 0))) {
+            if (std::find(moving_.begin(), moving_.end(), slide) == moving_.end()) {
+                moving_.push_back(slide);
+            }
+            started = true;
+        }
+    }
+    if (started && !animationTick_.isActive()) {
+        animationTick_.start();
+    }
+}
+
+void AssetCollectionView::stepAnimations() {
+    const qint64 now = clock_.elapsed();
+    std::erase_if(moving_, [&](SlideCarrierView* slide) { return !slide->step(now, easing_); });
+    if (moving_.empty()) {
+        animationTick_.stop();
+    }
+}
+
+void AssetCollectionView::selectAllNodes() {
+    for (const auto& node : nodes_) {
+        node->setTitleCheckBox(true);
+    }
+}
+
+void AssetCollectionView::deselectAllNodes() {
+    for (const auto& node : nodes_) {
+        node->setTitleCheckBox(false);
+    }
+}
+
+void AssetCollectionView::setAutoCyclesLayout(bool on) {
+    if (on == autoCyclesLayout_) {
+        return;
+    }
+    autoCyclesLayout_ = on;
+    if (on) {
+        startLayoutCycleTimer();
+        cycleLayout();
+    } else {
+        stopLayoutCycleTimer();
+    }
+}
+
+void AssetCollectionView::setLayoutCycleInterval(double seconds) {
+    if (seconds == layoutCycleInterval_) {
+        return;
+    }
+    layoutCycleInterval_ = seconds;
+    if (autoCyclesLayout_) {
+        stopLayoutCycleTimer();
+        startLayoutCycleTimer();
+    }
+}
+
+void AssetCollectionView::startLayoutCycleTimer() {
+    if (!layoutTimer_.isActive()) {
+        layoutTimer_.start(int(layoutCycleInterval_ * 1000));
+    }
+}
+
+void AssetCollectionView::stopLayoutCycleTimer() {
+    layoutTimer_.stop();
+}
+
+void AssetCollectionView::cycleLayout() {
+    setSubviewsLayoutType((subviewsLayoutType_ + 1) % kLayoutCount);
+}
+
+void AssetCollectionView::setSlidesHaveShadows(bool on) {
+    if (on == slidesHaveShadows_) {
+        return;
+    }
+    slidesHaveShadows_ = on;
+    for (const auto& node : nodes_) {
+        applyShadow(node->rootView());
+    }
+}
+
+void AssetCollectionView::applyShadow(SlideCarrierView* slide) const {
+    if (!slidesHaveShadows_) {
+        slide->setGraphicsEffect(nullptr);
+        return;
+    }
+    // 3 points right and 3 down, soft, three-quarters black.
+    auto* shadow = new QGraphicsDropShadowEffect;
+    shadow->setOffset(3, 3);
+    shadow->setBlurRadius(4);
+    shadow->setColor(QColor::fromRgbF(0.0f, 0.0f, 0.0f, 0.75f));
+    slide->setGraphicsEffect(shadow);
+}
+
+void AssetCollectionView::drawBackground(QPainter* painter, const QRectF& rect) {
+    // Lighter at the bottom edge, darker at the top, over the whole view.
+    const QRectF bounds = sceneRect();
+    QLinearGradient gradient(bounds.bottomLeft(), bounds.topLeft());
+    gradient.setColorAt(0, QColor::fromRgbF(0.27f, 0.27f, 0.27f));
+    gradient.setColorAt(1, QColor::fromRgbF(0.08f, 0.08f, 0.08f));
+    painter->fillRect(rect, gradient);
+}
+
+void AssetCollectionView::resizeEvent(QResizeEvent* event) {
+    QGraphicsView::resizeEvent(event);
+    setSceneRect(0, 0, width(), height());
+    layoutDirty_ = true;
+    if (!nodes_.empty()) {
+        scheduleLayout();
+    }
 }

@@ -1,15 +1,29 @@
 #pragma once
 
+#include <QEasingCurve>
+#include <QElapsedTimer>
+#include <QGraphicsView>
 #include <QList>
-#include <QWidget>
+#include <QPointer>
+#include <QStringList>
+#include <QTimer>
+#include <memory>
+#include <vector>
 
+#include "catalog/AssetCollection.h"
 #include "catalog/AssetSort.h"
 
-// The thumbnail browser.
-class AssetCollectionView : public QWidget {
+class AssetCollectionViewNode;
+class SlideCarrierView;
+
+// The thumbnail browser: one card per photo of its catalog, arranged by one of
+// the four layouts. Layout results are y-up; they become scene coordinates
+// only where the cards are moved.
+class AssetCollectionView : public QGraphicsView {
     Q_OBJECT
   public:
     explicit AssetCollectionView(QWidget* parent = nullptr);
+    ~AssetCollectionView() override;
 
     bool isLoadDirectory() const { return isLoadDirectory_; }
     void setIsLoadDirector(bool isLoadDirectory) { isLoadDirectory_ = isLoadDirectory; }
@@ -18,17 +32,79 @@ class AssetCollectionView : public QWidget {
     static constexpr qint32 kLayoutCount = 4;
 
     qint32 subviewsLayoutType() const { return subviewsLayoutType_; }
-    void setSubviewsLayoutType(qint32 type) { subviewsLayoutType_ = type; }
+    // Stored unchecked; a number without a layout leaves the cards where they are.
+    void setSubviewsLayoutType(qint32 type);
 
-    // The order of the cards; the cards follow it at the next layout pass.
+    // The order of the cards; a new order lays out at once.
     const QList<AssetSort::SortRule>& sortDescriptors() const { return sortDescriptors_; }
-    void setSortDescriptors(const QList<AssetSort::SortRule>& rules) { sortDescriptors_ = rules; }
+    void setSortDescriptors(const QList<AssetSort::SortRule>& rules);
 
     // Seconds an animated layout pass takes; stored on first use.
     static double layoutDuration();
 
+    AssetCollection* assetCollection() const { return assetCollection_; }
+    // Follows the catalog's insertions, removals and resets from now on.
+    void setAssetCollection(AssetCollection* collection);
+
+    // Every node again from the catalog, then one pass.
+    void reloadData();
+    // Drops the nodes at the given positions, in the order given, then one pass.
+    void reloadRemovedData(const QStringList& positions);
+    AssetCollectionViewNode* insertNodeForAssetAtIndex(qsizetype index);
+    void removeNodeForAssetAtIndex(qsizetype index);
+
+    // The nodes in the catalog's order.
+    const std::vector<std::unique_ptr<AssetCollectionViewNode>>& nodes() const { return nodes_; }
+    // The nodes in display order: sorted by the sort rules, else as added.
+    std::vector<AssetCollectionViewNode*> arrangedNodes() const;
+
+    // One layout pass now; passes after catalog changes wait for the batch.
+    void layoutSubviews();
+
+    void selectAllNodes();
+    void deselectAllNodes();
+
+    bool autoCyclesLayout() const { return autoCyclesLayout_; }
+    void setAutoCyclesLayout(bool on);
+    double layoutCycleInterval() const { return layoutCycleInterval_; }
+    void setLayoutCycleInterval(double seconds);
+    void cycleLayout();
+
+    // A drop shadow under every card; off unless asked for.
+    bool slidesHaveShadows() const { return slidesHaveShadows_; }
+    void setSlidesHaveShadows(bool on);
+
+  protected:
+    void drawBackground(QPainter* painter, const QRectF& rect) override;
+    void resizeEvent(QResizeEvent* event) override;
+
   private:
+    void handleAssetsInsertedInCatalogAtIndexes(const QList<qsizetype>& indexes);
+    void handleAssetsRemovedFromCatalogAtIndexes(const QList<qsizetype>& indexes);
+    void scheduleLayout();
+    void stepAnimations();
+    void startLayoutCycleTimer();
+    void stopLayoutCycleTimer();
+    void applyShadow(SlideCarrierView* slide) const;
+
     bool isLoadDirectory_ = false;
+    QPointer<AssetCollection> assetCollection_;
+    std::vector<std::unique_ptr<AssetCollectionViewNode>> nodes_;
+    bool autoCyclesLayout_ = false;
+    double layoutCycleInterval_ = 3.0;
+    QTimer layoutTimer_;
     qint32 subviewsLayoutType_ = 3;
     QList<AssetSort::SortRule> sortDescriptors_;
+    bool slidesHaveShadows_ = false;
+
+    QGraphicsScene scene_;
+    // Coalesces the passes of a scan's arrivals.
+    QTimer pendingLayout_;
+    // One clock for every card in motion, rather than an animation per card.
+    QTimer animationTick_;
+    QElapsedTimer clock_;
+    QEasingCurve easing_;
+    std::vector<SlideCarrierView*> moving_;
+    // Something a pass depends on changed since the last pass.
+    bool layoutDirty_ = true;
 };

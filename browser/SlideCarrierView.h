@@ -1,0 +1,82 @@
+#pragma once
+
+#include <QGraphicsObject>
+#include <QImage>
+#include <QPixmap>
+#include <QPointer>
+#include <QString>
+
+class QEasingCurve;
+class QVariantAnimation;
+
+// One card in the browser's scene: the rounded card with the thumbnail, the
+// tick box and the kind and size lines, placed and turned by the layouts.
+// Drawn by hand rather than as embedded widgets, so that thousands of cards
+// stay cheap to move and to paint; SlideTableNode.ui gives the places.
+class SlideCarrierView : public QGraphicsObject {
+    Q_OBJECT
+  public:
+    explicit SlideCarrierView(QGraphicsItem* parent = nullptr);
+    ~SlideCarrierView() override;
+
+    // The card's size from SlideTableNode.ui.
+    static QSizeF cardSize();
+
+    QRectF boundingRect() const override;
+    void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
+
+    void setImage(const QImage& image);
+    bool hasImage() const { return !thumbnail_.isNull(); }
+    bool isChecked() const { return checked_; }
+    void setChecked(bool checked);
+    void setTexts(const QString& kind, const QString& dimensions);
+    QString kindText() const { return kind_; }
+    QString dimensionsText() const { return dimensions_; }
+    // The full path posted when the card is pressed.
+    void setFullFilename(const QString& path) { fullFilename_ = path; }
+
+    // The tick box's place on the card, item coordinates.
+    static QRectF checkBoxRect();
+
+    // Starts easing from where the card is now to pos and rotation (Qt
+    // coordinates and turn); a card never placed jumps there and fades in.
+    // False when the card is already there or already heading there.
+    bool moveTo(QPointF pos, qreal rotation, qint64 nowMs, int durationMs);
+    // Advances a move; false once the card has arrived.
+    bool step(qint64 nowMs, const QEasingCurve& easing);
+    QPointF targetPos() const { return targetPos_; }
+    qreal targetRotation() const { return targetRotation_; }
+
+    void doHighlightEffect(bool on);
+
+  signals:
+    // The user clicked the tick box; checked is the box's new state.
+    void checkBoxClicked(bool checked);
+
+  protected:
+    void mousePressEvent(QGraphicsSceneMouseEvent* event) override;
+    void mouseReleaseEvent(QGraphicsSceneMouseEvent* event) override;
+
+  private:
+    void paintCard(QPainter* painter, QWidget* widget) const;
+
+    QPixmap thumbnail_;
+    QString kind_;
+    QString dimensions_;
+    QString fullFilename_;
+    bool checked_ = true;
+
+    bool placed_ = false;
+    QPointF fromPos_;
+    QPointF targetPos_;
+    qreal fromRotation_ = 0;
+    qreal targetRotation_ = 0;
+    qreal fromOpacity_ = 1;
+    qint64 moveStartMs_ = 0;
+    int moveDurationMs_ = 0;
+    bool moving_ = false;
+
+    QImage effect_;
+    qreal effectOpacity_ = 0;
+    QPointer<QVariantAnimation> effectFade_;
+};

@@ -1,0 +1,227 @@
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QTest>
+#include <algorithm>
+#include <functional>
+
+#include "TestRegistry.h"
+#include "browser/AssetCollectionView.h"
+#include "browser/AssetCollectionViewNode.h"
+#include "browser/SlideCarrierView.h"
+#include "catalog/AssetCollection.h"
+#include "catalog/ImageAsset.h"
+#include "common/TestImages.h"
+#include "platform/NotificationCenter.h"
+#include "platform/NotificationNames.h"
+
+namespace {
+
+using Step = std::function<void(AssetCollection&, AssetCollectionView&)>;
+
+AssetPtr photo(const QString& name) {
+    return std::make_shared<Asset>(QUrl::fromLocalFile("/photos/" + name));
+}
+
+// Browser over a catalog of the named photos, 600 × 400 like the wrapped examples.
+struct Browser {
+    AssetCollection catalog{QUrl()};
+    AssetCollectionView view;
+    explicit Browser(const QStringList& names) {
+        view.resize(600, 400);
+        for (const QString& name : names) {
+            catalog.addAsset(photo(name));
+        }
+        view.setAssetCollection(&catalog);
+    }
+    QStringList shown() const {
+        QStringList names;
+        for (const auto& node : view.nodes()) {
+            names << node->asset()->filename();
+        }
+        return names;
+    }
+    // File names left to right along the first wrapped row.
+    QStringList inDisplayOrder() const {
+        std::vector<AssetCollectionViewNode*> nodes;
+        for (const auto& node : view.nodes()) {
+            nodes.push_back(node.get());
+        }
+        std::ranges::sort(nodes, {}, [](auto* n) { return n->rootView()->targetPos().x(); });
+        QStringList names;
+        for (auto* node : nodes) {
+            names << node->asset()->filename();
+        }
+        return names;
+    }
+};
+
+}  // namespace
+
+Q_DECLARE_METATYPE(Step)
+
+class AssetCollectionViewTest : public QObject {
+    Q_OBJECT
+  private slots:
+    // The browser keeps one card per photo, in the catalog's order, through
+    // its signals and through the removal commands' own calls.
+    void followsCatalog_data() {
+        QTest::addColumn<Step>("step");
+        QTest::addColumn<QStringList>("expected");
+        QTest::newRow("insertions append") << Step([](AssetCollection& c, AssetCollectionView&) {
+            c.addAsset(photo("f.jpg"));
+            c.addAsset(photo("g.jpg"));
+        }) << QStringList{"a.jpg", "b.jpg", "c.jpg", "d.jpg", "e.jpg", "f.jpg", "g.jpg"};
+        QTest::newRow("removal of one") << Step([](AssetCollection& c, AssetCollectionView&) {
+            c.removeObjectFromAssetsAtIndex(1);
+        }) << QStringList{"a.jpg", "c.jpg", "d.jpg", "e.jpg"};
+        QTest::newRow("removed positions in the order given")
+            << Step([](AssetCollection&, AssetCollectionView& v) {
+                   v.reloadRemovedData({"3", "1"});
+               })
+            << QStringList{"a.jpg", "c.jpg", "e.jpg"};
+        QTest::newRow("a new list rebuilds")
+            << Step([](AssetCollection& c, AssetCollectionView&) { c.setAssets({photo("z.jpg")}); })
+            << QStringList{"z.jpg"};
+    }
+    void followsCatalog() {
+        QFETCH(Step, step);
+        QFETCH(QStringList, expected);
+        Browser browser({"a.jpg", "b.jpg", "c.jpg", "d.jpg", "e.jpg"});
+        step(browser.catalog, browser.view);
+        QCOMPARE(browser.shown(), expected);
+        QCOMPARE(browser.view.scene()->items().size(), expected.size());
+    }
+
+    // Cards take their places in the sort rules' order, names without regard
+    // to letter case; no rules leave the order of adding.
+    void sortsCards_data() {
+        QTest::addColumn<QList<AssetSort::SortRule>>("rules");
+        QTest::addColumn<QStringList>("expected");
+        const QString byName = AssetSort::keyPathFor("filename");
+        QTest::newRow("none") << QList<AssetSort::SortRule>{}
+                              << QStringList{"C.jpg", "b.jpg", "a.jpg"};
+        QTest::newRow("name, ascending")
+            << QList{AssetSort::SortRule{byName, true}} << QStringList{"a.jpg", "b.jpg", "C.jpg"};
+        QTest::newRow("name, descending")
+            << QList{AssetSort::SortRule{byName, false}} << QStringList{"C.jpg", "b.jpg", "a.jpg"};
+    }
+    void sortsCards() {
+        QFETCH(QList<AssetSort::SortRule>, rules);
+        QFETCH(QStringList, expected);
+        Browser browser({"C.jpg", "b.jpg", "a.jpg"});
+        browser.view.setSortDescriptors(
+            {AssetSort::SortRule{AssetSort::keyPathFor("filename"), true}});
+        browser.view.setSortDescriptors(rules);
+        QCOMPARE(browser.inDisplayOrder(), expected);
+        // The first card hangs from the top-left corner, 10 points in.
+        for (const auto& node : browser.view.nodes()) {
+            if (node->asset()->filename() == expected.first()) {
+                QCOMPARE(node->rootView()->targetPos(), QPointF(10, 10));
+            }
+        }
+    }
+
+    // A press on the picture tells the controller which photo; a press on the
+    // tick box sets the flag before the controller hears of it.
+    void cardPress_data() {
+        QTest::addColumn<bool>("onTickBox");
+        QTest::addColumn<QStringList>("posted");
+        QTest::addColumn<bool>("included");
+        QTest::newRow("picture") << false
+                                 << QStringList{"selectImageHighlight:",
+                                                "selectImageMouseDown:/photos/b.jpg"}
+                                 << true;
+        QTest::newRow("tick box") << true << QStringList{"clickTitleCheckBox:false"} << false;
+    }
+    void cardPress() {
+        QFETCH(bool, onTickBox);
+        QFETCH(QStringList, posted);
+        QFETCH(bool, included);
+        Browser browser({"a.jpg", "b.jpg"});
+        browser.view.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&browser.view));
+        const AssetPtr asset = browser.catalog.assets().at(1);
+        SlideCarrierView* card = browser.view.nodes().at(1)->rootView();
+        QTRY_COMPARE(card->opacity(), 1.0);
+
+        QStringList seen;
+        QObject observer;
+        auto& center = NotificationCenter::defaultCenter();
+        for (const char* name :
+             {NotificationNames::kSelectImageHighlight, NotificationNames::kSelectImageMouseDown,
+              NotificationNames::kClickTitleCheckBox}) {
+            center.addObserver(&observer, name, [&](const Notification& n) {
+                const QString object = n.name == NotificationNames::kClickTitleCheckBox
+                                           ? QVariant(asset->includedInSlideshow()).toString()
+                                           : n.object.toString();
+                seen << n.name + ":" + object;
+            });
+        }
+        const QPointF inCard = onTickBox
+                                   ? SlideCarrierView::checkBoxRect().topLeft() + QPointF(6, 6)
+                                   : QPointF(SlideCarrierView::cardSize().width() / 2, 30);
+        const QPoint at = browser.view.mapFromScene(card->mapToScene(inCard));
+        QTest::mousePress(browser.view.viewport(), Qt::LeftButton, {}, at);
+        QTest::mouseRelease(browser.view.viewport(), Qt::LeftButton, {}, at);
+        QCOMPARE(seen, posted);
+        QCOMPARE(asset->includedInSlideshow(), included);
+        QCOMPARE(card->isChecked(), included);
+    }
+
+    // The layout numbers go round 0 to 3; a number without a layout is kept
+    // but leaves the cards where they are.
+    void cyclesLayouts_data() {
+        QTest::addColumn<int>("from");
+        QTest::addColumn<int>("next");
+        QTest::newRow("on from loop") << 1 << 2;
+        QTest::newRow("wrapped to circular") << 3 << 0;
+        QTest::newRow("no layout to circular") << 7 << 0;
+    }
+    void cyclesLayouts() {
+        QFETCH(int, from);
+        QFETCH(int, next);
+        Browser browser({"a.jpg", "b.jpg"});
+        browser.view.setSubviewsLayoutType(0);
+        const QPointF circular = browser.view.nodes().back()->rootView()->targetPos();
+        browser.view.setSubviewsLayoutType(from);
+        if (from == 7) {
+            QCOMPARE(browser.view.subviewsLayoutType(), 7);
+            QCOMPARE(browser.view.nodes().back()->rootView()->targetPos(), circular);
+        }
+        browser.view.cycleLayout();
+        QCOMPARE(browser.view.subviewsLayoutType(), next);
+        // Turning the cycle on moves on at once.
+        browser.view.setAutoCyclesLayout(true);
+        QCOMPARE(browser.view.subviewsLayoutType(), (next + 1) % 4);
+    }
+
+    // The duration of an animated pass is stored on first use.
+    void layoutDuration() {
+        QSettings settings;
+        settings.remove("layoutDuration");
+        QCOMPARE(AssetCollectionView::layoutDuration(), 2.5);
+        QCOMPARE(QSettings().value("layoutDuration").toDouble(), 2.5);
+        settings.setValue("layoutDuration", 1.0);
+        QCOMPARE(AssetCollectionView::layoutDuration(), 1.0);
+    }
+
+    // The asset's flag, and the preview made in the background with the
+    // photo's size, reach the card.
+    void cardFollowsAsset() {
+        QTemporaryDir dir;
+        const QString path = dir.filePath("wide.png");
+        QVERIFY(TestImages::solid(QSize(40, 30)).save(path));
+        Browser browser({});
+        browser.catalog.addAsset(std::make_shared<ImageAsset>(QUrl::fromLocalFile(path)));
+        const AssetPtr asset = browser.catalog.assets().first();
+        SlideCarrierView* card = browser.view.nodes().front()->rootView();
+        asset->setIncludedInSlideshow(false);
+        QVERIFY(!card->isChecked());
+        QTRY_VERIFY(card->hasImage());
+        QCOMPARE(card->dimensionsText(), QString("40 \u00d7 30"));
+    }
+};
+
+SW_TEST_CLASS(AssetCollectionViewTest)
+
+#include "AssetCollectionViewTest.moc"
