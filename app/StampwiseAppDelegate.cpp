@@ -29,6 +29,9 @@ StampwiseAppDelegate::StampwiseAppDelegate(AlertPanel& alerts, OpenPanel& openPa
 
 StampwiseAppDelegate::~StampwiseAppDelegate() {
     NotificationCenter::defaultCenter().removeObserver(this);
+    if (assetCollectionView_) {
+        assetCollectionView_->setAssetCollection(nullptr);
+    }
 }
 
 QWidget* StampwiseAppDelegate::window() const {

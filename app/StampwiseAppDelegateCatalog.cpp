@@ -14,9 +14,16 @@ constexpr const char* kDefaultSortKey = "filename";
 }  // namespace
 
 void StampwiseAppDelegate::setAssetCollection(std::unique_ptr<AssetCollection> collection) {
+    // The browser lets go of the old catalog before it goes.
+    if (assetCollectionView_) {
+        assetCollectionView_->setAssetCollection(nullptr);
+    }
     assetCollection_ = std::move(collection);
     if (assetCollection_) {
         watchCatalog(*assetCollection_);
+    }
+    if (assetCollectionView_) {
+        assetCollectionView_->setAssetCollection(assetCollection_.get());
     }
 }
 
@@ -70,8 +77,7 @@ AssetCollection& StampwiseAppDelegate::catalogFor(const QUrl& rootURL) {
     state_.catalog.sortKey = QLatin1String(kDefaultSortKey);
     state_.catalog.sortsAscending = true;
     if (!assetCollection_) {
-        assetCollection_ = std::make_unique<AssetCollection>(rootURL);
-        watchCatalog(*assetCollection_);
+        setAssetCollection(std::make_unique<AssetCollection>(rootURL));
     }
     return *assetCollection_;
 }
@@ -118,6 +124,7 @@ void StampwiseAppDelegate::clearModelPhoto() {
 
 void StampwiseAppDelegate::removeSelectedImage() {
     bool shownPhotoRemoved = false;
+    QStringList removed;  // positions, last first
     if (assetCollection_) {
         QList<AssetPtr>& assets = assetCollection_->assets();
         for (qsizetype i = assets.size() - 1; i >= 0; --i) {
@@ -127,7 +134,11 @@ void StampwiseAppDelegate::removeSelectedImage() {
             shownPhotoRemoved =
                 shownPhotoRemoved || assets.at(i)->fullFilename() == state_.model.selectImageFile;
             assets.removeAt(i);
+            removed.append(QString::number(i));
         }
+    }
+    if (assetCollectionView_) {
+        assetCollectionView_->reloadRemovedData(removed);
     }
     resizeAssetCollectionView();
     if (assetCollectionView_) {
@@ -136,6 +147,9 @@ void StampwiseAppDelegate::removeSelectedImage() {
         const double visible = aNSScrollView_ ? aNSScrollView_->height() : 0.0;
         assetCollectionView_->resize(
             width, static_cast<int>(PreviewLayout::heightAfterRemoval(width, left, visible)));
+        if (PreviewLayout::rebuildsAfterRemoval(removed.size(), width)) {
+            assetCollectionView_->reloadData();
+        }
     }
     redrawAmountInfo();
     if (shownPhotoRemoved) {
@@ -160,6 +174,9 @@ void StampwiseAppDelegate::removeAllImage() {
     if (assetCollectionView_ && aNSScrollView_) {
         assetCollectionView_->setGeometry(QRect(QPoint(0, 0), aNSScrollView_->size()));
     }
+    if (assetCollectionView_) {
+        assetCollectionView_->reloadData();
+    }
     redrawAmountInfo();
     clearModelPhoto();
 }
@@ -170,6 +187,9 @@ void StampwiseAppDelegate::selectAllImage() {
             asset->setIncludedInSlideshow(true);
         }
     }
+    if (assetCollectionView_) {
+        assetCollectionView_->selectAllNodes();
+    }
     redrawAmountInfo();
 }
 
@@ -178,6 +198,9 @@ void StampwiseAppDelegate::deSelectAllImage() {
         for (const AssetPtr& asset : assetCollection_->assets()) {
             asset->setIncludedInSlideshow(false);
         }
+    }
+    if (assetCollectionView_) {
+        assetCollectionView_->deselectAllNodes();
     }
     redrawAmountInfo();
 }
