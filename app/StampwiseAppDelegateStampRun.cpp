@@ -111,9 +111,9 @@ void StampwiseAppDelegate::cancelRun() {
 void StampwiseAppDelegate::finishRun() {
     // The run object sent the signal; it goes once the message is answered.
     std::unique_ptr<RunProgress> run = std::move(run_);
-    if (run->dialog() != nullptr) {
-        run->dialog()->hide();
-    }
+    // Gone before the message: a dialog still waiting for its half second
+    // would otherwise appear over the message, at 100 %.
+    delete run->dialog();
     alerts_.inform(QLatin1String(Messages::kReminderTitle), QLatin1String(Messages::kCompleted),
                    QLatin1String(ButtonTitles::kOk), summary(*run));
     run.release()->deleteLater();
