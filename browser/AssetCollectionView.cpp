@@ -2,9 +2,11 @@
 
 #include <QGraphicsDropShadowEffect>
 #include <QHash>
+#include <QKeyEvent>
 #include <QLinearGradient>
 #include <QPainter>
 #include <QResizeEvent>
+#include <QScrollArea>
 #include <QSettings>
 #include <algorithm>
 
@@ -30,6 +32,7 @@ AssetCollectionView::AssetCollectionView(QWidget* parent)
     // Cards move on every pass; an index would be rebuilt more than it is used.
     scene_.setItemIndexMethod(QGraphicsScene::NoIndex);
     setScene(&scene_);
+    setFocusPolicy(Qt::StrongFocus);
     // The main window's scroll area scrolls this view, which is as tall as its cards need.
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -339,4 +342,68 @@ void AssetCollectionView::resizeEvent(QResizeEvent* event) {
     if (!nodes_.empty()) {
         scheduleLayout();
     }
+}
+
+void AssetCollectionView::keyPressEvent(QKeyEvent* event) {
+    const std::vector<AssetCollectionViewNode*> nodes = arrangedNodes();
+    if (nodes.empty()) {
+        QGraphicsView::keyPressEvent(event);
+        return;
+    }
+    const auto last = static_cast<qsizetype>(nodes.size()) - 1;
+    qsizetype index = -1;
+    for (qsizetype i = 0; i <= last; ++i) {
+        if (nodes[static_cast<size_t>(i)]->rootView() == current_) {
+            index = i;
+        }
+    }
+    switch (event->key()) {
+        case Qt::Key_Right:
+        case Qt::Key_Down:
+            index = std::min(index + 1, last);
+            break;
+        case Qt::Key_Left:
+        case Qt::Key_Up:
+            index = std::max<qsizetype>(index - 1, 0);
+            break;
+        case Qt::Key_Home:
+            index = 0;
+            break;
+        case Qt::Key_End:
+            index = last;
+            break;
+        case Qt::Key_Space:
+            if (current_) {
+                current_->toggleCheckBox();
+            }
+            return;
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+            if (current_) {
+                current_->activate();
+                current_->doHighlightEffect(false);
+            }
+            return;
+        default:
+            QGraphicsView::keyPressEvent(event);
+            return;
+    }
+    if (current_) {
+        current_->setCurrent(false);
+    }
+    current_ = nodes[static_cast<size_t>(index)]->rootView();
+    current_->setCurrent(true);
+    // The main window's scroll area moves the view; bring the card into sight there.
+    const QPoint centre = mapFromScene(current_->sceneBoundingRect().center());
+    for (QWidget* w = parentWidget(); w != nullptr; w = w->parentWidget()) {
+        if (auto* area = qobject_cast<QScrollArea*>(w)) {
+            const QPoint inArea = mapTo(area->widget(), centre);
+            area->ensureVisible(inArea.x(), inArea.y(), 70, 70);
+            break;
+        }
+    }
+}
+
+SlideCarrierView* AssetCollectionView::currentSlide() const {
+    return current_;
 }

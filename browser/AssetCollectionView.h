@@ -64,6 +64,9 @@ class AssetCollectionView : public QGraphicsView {
     void selectAllNodes();
     void deselectAllNodes();
 
+    // The card the keyboard is on, none before the first arrow key.
+    SlideCarrierView* currentSlide() const;
+
     bool autoCyclesLayout() const { return autoCyclesLayout_; }
     void setAutoCyclesLayout(bool on);
     double layoutCycleInterval() const { return layoutCycleInterval_; }
@@ -77,6 +80,9 @@ class AssetCollectionView : public QGraphicsView {
   protected:
     void drawBackground(QPainter* painter, const QRectF& rect) override;
     void resizeEvent(QResizeEvent* event) override;
+    // Arrows and Home/End move between cards in display order, Space ticks,
+    // Enter makes the photo the model.
+    void keyPressEvent(QKeyEvent* event) override;
 
   private:
     void handleAssetsInsertedInCatalogAtIndexes(const QList<qsizetype>& indexes);
@@ -96,6 +102,7 @@ class AssetCollectionView : public QGraphicsView {
     qint32 subviewsLayoutType_ = 3;
     QList<AssetSort::SortRule> sortDescriptors_;
     bool slidesHaveShadows_ = false;
+    QPointer<SlideCarrierView> current_;
 
     QGraphicsScene scene_;
     // Coalesces the passes of a scan's arrivals.

@@ -107,6 +107,11 @@ void SlideCarrierView::setTexts(const QString& kind, const QString& dimensions) 
 
 void SlideCarrierView::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget* widget) {
     paintCard(painter, widget);
+    if (current_) {
+        painter->setPen(QPen(QColor(48, 140, 198), 3));
+        painter->setBrush(Qt::NoBrush);
+        painter->drawRoundedRect(boundingRect().adjusted(1.5, 1.5, -1.5, -1.5), 8, 8);
+    }
     if (effectOpacity_ > 0 && !effect_.isNull()) {
         painter->setOpacity(effectOpacity_);
         painter->drawImage(boundingRect(), effect_);
@@ -248,15 +253,29 @@ void SlideCarrierView::doHighlightEffect(bool on) {
 
 void SlideCarrierView::mousePressEvent(QGraphicsSceneMouseEvent* event) {
     if (checkBoxRect().contains(event->pos())) {
-        setChecked(!checked_);
-        emit checkBoxClicked(checked_);
-        event->accept();
-        return;
+        toggleCheckBox();
+    } else {
+        activate();
     }
+    event->accept();
+}
+
+void SlideCarrierView::toggleCheckBox() {
+    setChecked(!checked_);
+    emit checkBoxClicked(checked_);
+}
+
+void SlideCarrierView::activate() {
     doHighlightEffect(true);
     NotificationCenter::defaultCenter().post(NotificationNames::kSelectImageMouseDown,
                                              fullFilename_);
-    event->accept();
+}
+
+void SlideCarrierView::setCurrent(bool current) {
+    if (current != current_) {
+        current_ = current;
+        update();
+    }
 }
 
 void SlideCarrierView::mouseReleaseEvent(QGraphicsSceneMouseEvent* event) {

@@ -49,6 +49,14 @@ class SlideCarrierView : public QGraphicsObject {
 
     void doHighlightEffect(bool on);
 
+    // What a click on the tick box does, and what a press on the picture does;
+    // the keyboard does the same through these.
+    void toggleCheckBox();
+    void activate();
+    // The card the keyboard is on wears a frame.
+    bool isCurrent() const { return current_; }
+    void setCurrent(bool current);
+
   signals:
     // The user clicked the tick box; checked is the box's new state.
     void checkBoxClicked(bool checked);
@@ -65,6 +73,7 @@ class SlideCarrierView : public QGraphicsObject {
     QString dimensions_;
     QString fullFilename_;
     bool checked_ = true;
+    bool current_ = false;
 
     bool placed_ = false;
     QPointF fromPos_;

@@ -196,6 +196,25 @@ class AssetCollectionViewTest : public QObject {
     }
 
     // The duration of an animated pass is stored on first use.
+    // Arrows move between cards in display order, Space ticks, Enter makes the model.
+    void keyboard() {
+        Browser b({"b.jpg", "a.jpg", "c.jpg"});
+        b.view.setSortDescriptors({{"asset.filename", true}});
+        QStringList posted;
+        NotificationCenter& centre = NotificationCenter::defaultCenter();
+        centre.addObserver(this, NotificationNames::kSelectImageMouseDown,
+                           [&posted](const Notification& n) { posted << n.object.toString(); });
+        QTest::keyClick(&b.view, Qt::Key_Right);
+        QTest::keyClick(&b.view, Qt::Key_Space);
+        QVERIFY(!b.catalog.assets()[1]->includedInSlideshow());  // a.jpg, first shown
+        QTest::keyClick(&b.view, Qt::Key_End);
+        QTest::keyClick(&b.view, Qt::Key_Left);
+        QTest::keyClick(&b.view, Qt::Key_Return);
+        centre.removeObserver(this);
+        QCOMPARE(posted, QStringList{"/photos/b.jpg"});
+        QVERIFY(b.view.currentSlide()->isCurrent());
+    }
+
     void layoutDuration() {
         QSettings settings;
         settings.remove("layoutDuration");
