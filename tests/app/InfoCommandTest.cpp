@@ -93,9 +93,9 @@ class InfoCommandTest : public QObject {
     void savedTypesAreTheDefault() {
         QFETCH(int, dateType);
         QFETCH(QString, expected);
-        PhotoSpec spec;
-        spec.dateTimeOriginal = "2008:05:04 16:47:24";
-        const QString photo = dir_.photo("dated.jpg", spec);
+        PhotoRecipe recipe;
+        recipe.dateTimeOriginal = "2008:05:04 16:47:24";
+        const QString photo = dir_.photo("dated.jpg", recipe);
         QSettings settings;
         settings.setValue("gDateType", dateType);
         settings.setValue("gTimeType", "2");

@@ -121,17 +121,17 @@ class ImageAssetTest : public QObject {
         QFETCH(QSize, imageSize);
         QFETCH(QSize, thumbnailSize);
         QFETCH(QSize, previewSize);
-        PhotoSpec spec;
-        spec.size = imageSize;
-        spec.dateTimeDigitized = "2010:01:02 03:04:05";
-        spec.thumbnail = thumbnailSize;
-        ImageAsset asset(QUrl::fromLocalFile(dir_.photo(name, spec)));
+        PhotoRecipe recipe;
+        recipe.size = imageSize;
+        recipe.dateTimeDigitized = "2010:01:02 03:04:05";
+        recipe.thumbnail = thumbnailSize;
+        ImageAsset asset(QUrl::fromLocalFile(dir_.photo(name, recipe)));
         std::atomic_int right{0};
         std::vector<std::thread> threads(8);
         for (std::thread& thread : threads) {
             thread = std::thread([&] {
                 right += asset.pixelsWide() == imageSize.width() &&
-                         asset.lastPageDateTimeDigitized() == spec.dateTimeDigitized &&
+                         asset.lastPageDateTimeDigitized() == recipe.dateTimeDigitized &&
                          asset.imageSource()->thumbnail().size() == previewSize;
             });
         }

@@ -23,20 +23,20 @@ QString Sandbox::fifo(const QString& name) const {
     return ::mkfifo(QFile::encodeName(path(name)).constData(), 0600) == 0 ? path(name) : QString();
 }
 
-QString Sandbox::photo(const QString& name, const PhotoSpec& spec) const {
-    QImage image = TestImages::solid(spec.size, spec.colour);
+QString Sandbox::photo(const QString& name, const PhotoRecipe& recipe) const {
+    QImage image = TestImages::solid(recipe.size, recipe.colour);
     const QString suffix = QFileInfo(name).suffix().toLower();
     if (suffix == QLatin1String("jpg") || suffix == QLatin1String("jpeg")) {
         ExifJpegWriter::Fields fields;
-        fields.dateTimeOriginal = spec.dateTimeOriginal;
-        fields.dateTimeDigitized = spec.dateTimeDigitized;
-        fields.dpi = spec.dpi;
-        if (spec.thumbnail.isValid()) {
-            fields.thumbnail = TestImages::solid(spec.thumbnail, Qt::red);
+        fields.dateTimeOriginal = recipe.dateTimeOriginal;
+        fields.dateTimeDigitized = recipe.dateTimeDigitized;
+        fields.dpi = recipe.dpi;
+        if (recipe.thumbnail.isValid()) {
+            fields.thumbnail = TestImages::solid(recipe.thumbnail, Qt::red);
         }
         return ExifJpegWriter::write(path(name), image, fields) ? path(name) : QString();
     }
-    const int dotsPerMeter = qRound(spec.dpi / 0.0254);
+    const int dotsPerMeter = qRound(recipe.dpi / 0.0254);
     image.setDotsPerMeterX(dotsPerMeter);
     image.setDotsPerMeterY(dotsPerMeter);
     return image.save(path(name)) ? path(name) : QString();

@@ -8,7 +8,7 @@
 #include <optional>
 
 // What a test photo carries besides its pixels.
-struct PhotoSpec {
+struct PhotoRecipe {
     QSize size{320, 240};
     QColor colour = Qt::blue;
     int dpi = 72;
@@ -30,7 +30,7 @@ class Sandbox {
     // A named pipe (nothing ever writes into it).
     QString fifo(const QString& name) const;
     // A photo in the format its extension names (JPEG with EXIF fields through Exiv2).
-    QString photo(const QString& name, const PhotoSpec& spec = {}) const;
+    QString photo(const QString& name, const PhotoRecipe& recipe = {}) const;
 
   private:
     QTemporaryDir dir_;

@@ -36,13 +36,13 @@ QList<StampOutcome> run(const StampJob& job, int jobs) {
     return outcomes;
 }
 
-PhotoSpec whitePhoto(QSize size, int dpi) {
-    PhotoSpec spec;
-    spec.size = size;
-    spec.colour = Qt::white;
-    spec.dpi = dpi;
-    spec.dateTimeOriginal = QStringLiteral("2014:03:05 13:34:56");
-    return spec;
+PhotoRecipe whitePhoto(QSize size, int dpi) {
+    PhotoRecipe recipe;
+    recipe.size = size;
+    recipe.colour = Qt::white;
+    recipe.dpi = dpi;
+    recipe.dateTimeOriginal = QStringLiteral("2014:03:05 13:34:56");
+    return recipe;
 }
 
 QByteArray fileBytes(const QString& path) {

@@ -21,7 +21,7 @@ StampJob job(const QStringList& photos, const QString& out, QPointF share = {0, 
 QList<StampOutcome> run(const StampJob& job, int jobs = 1);
 
 // A white photo taken on 5 March 2014 at 13:34:56.
-PhotoSpec whitePhoto(QSize size, int dpi = 72);
+PhotoRecipe whitePhoto(QSize size, int dpi = 72);
 // The file's bytes, empty when it cannot be read.
 QByteArray fileBytes(const QString& path);
 

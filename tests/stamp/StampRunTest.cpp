@@ -66,9 +66,9 @@ class StampRunTest : public QObject {
         PipeWatch watch(pipe);
         const QByteArray jpeg = TestImages::encoded(TestImages::pattern({600, 400}), "jpeg");
         const auto coloured = [&](const char* name, QColor colour) {
-            PhotoSpec spec = whitePhoto({64, 48});
-            spec.colour = colour;
-            return dir.photo(name, spec);
+            PhotoRecipe recipe = whitePhoto({64, 48});
+            recipe.colour = colour;
+            return dir.photo(name, recipe);
         };
         const QString first = coloured("a/IMG.png", Qt::red);
         const QList<std::pair<QString, QString>> cases{
