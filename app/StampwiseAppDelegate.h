@@ -27,6 +27,7 @@
 class AlertPanel;
 class ColourChooser;
 class FontChooser;
+class ImageSource;
 class RunProgress;
 class QComboBox;
 class QTimer;
@@ -187,7 +188,7 @@ class StampwiseAppDelegate : public QObject, public MyProtocolDelegate {
 
   private:
     void registerObservers();
-    void readModelPhotoDate(const QString& path);
+    void readModelPhotoDate(ImageSource& source);
     void requestPreview(const QString& path);
     void setLabelText(const std::optional<QString>& text);
     void setLabelFrame(const LabelFrame& frame);

@@ -36,13 +36,14 @@ void StampwiseAppDelegate::displayImageFileName(const QString& path) {
     ModelPhoto& model = state_.model;
     model.hasImage = true;
     model.selectImageFile = path;
-    readModelPhotoDate(path);
+    // One source for the date, the sizes and the header: the file is probed once.
+    ImageSource source(path);
+    readModelPhotoDate(source);
     if (model.selectChannel == 1) {
         reWriteDataTimeFromChannel(1);
     } else if (model.selectChannel != 0) {
         reWriteDataTimeFromChannel(2);
     }
-    ImageSource source(path);
     const QSize pixels = source.isReadable() ? source.maxPageSize() : QSize();
     model.imageOriginalWidth = static_cast<float>(pixels.width());
     model.imageOriginalHeight = static_cast<float>(pixels.height());
@@ -65,14 +66,14 @@ void StampwiseAppDelegate::displayImageFileName(const QString& path) {
 }
 
 // The size in points, and the photo's own date with the file date as fallback.
-void StampwiseAppDelegate::readModelPhotoDate(const QString& path) {
-    ImageSource source(path);
+void StampwiseAppDelegate::readModelPhotoDate(ImageSource& source) {
     const QSizeF points = source.isReadable() ? source.pointSize() : QSizeF();
     state_.model.imageWidth = static_cast<float>(points.width());
     state_.model.imageHeight = static_cast<float>(points.height());
-    const PhotoDate::Result rule = PhotoDate::photoDateText(
-        source.dateTimeOriginal(), source.dateTimeDigitized(),
-        PhotoDate::fileModificationDate(path), state_.style.gDateType, state_.style.gTimeType);
+    const PhotoDate::Result rule =
+        PhotoDate::photoDateText(source.dateTimeOriginal(), source.dateTimeDigitized(),
+                                 PhotoDate::fileModificationDate(source.path()),
+                                 state_.style.gDateType, state_.style.gTimeType);
     state_.model.aDate = rule.date;
     state_.model.dateTimeString = rule.dateTimeString;
 }
@@ -108,7 +109,9 @@ void StampwiseAppDelegate::reWriteDataTimeFromChannel(qint64 channel) {
             DateText::stringFromDate(PhotoDate::fileModificationDate(model.selectImageFile),
                                      state_.style.gDateType, state_.style.gTimeType);
     } else if (channel == 0) {
-        readModelPhotoDate(model.selectImageFile);
+        // Read afresh: the file may have changed since it was chosen.
+        ImageSource source(model.selectImageFile);
+        readModelPhotoDate(source);
     } else {
         auto* field = qobject_cast<QLineEdit*>(getGUIObject(Tag::kCustomTextField, nullptr));
         model.dateTimeString = field != nullptr ? field->text() : QString();
