@@ -6,6 +6,7 @@
 #include <QJsonDocument>
 #include <QSettings>
 
+#include "app/CommandArguments.h"
 #include "app/SettingValues.h"
 #include "app/SettingsKeys.h"
 #include "catalog/AssetCollection.h"
@@ -15,8 +16,8 @@
 
 namespace {
 
-constexpr qint64 kMaxDateType = 3;
-constexpr qint64 kMaxTimeType = 2;
+using CommandArguments::kMaxDateType;
+using CommandArguments::kMaxTimeType;
 
 QJsonValue textOrNull(const std::optional<QString>& text) {
     return text ? QJsonValue(*text) : QJsonValue(QJsonValue::Null);
@@ -25,15 +26,6 @@ QJsonValue textOrNull(const std::optional<QString>& text) {
 // The date with its offset, so that a reader elsewhere sees the same instant.
 QString isoDate(const QDateTime& date) {
     return date.toOffsetFromUtc(date.offsetFromUtc()).toString(Qt::ISODate);
-}
-
-std::optional<qint64> typeArgument(const QString& text, qint64 max) {
-    bool ok = false;
-    const qint64 value = text.toLongLong(&ok);
-    if (!ok || value < 0 || value > max) {
-        return std::nullopt;
-    }
-    return value;
 }
 
 QString plainValue(const QJsonValue& value) {
@@ -133,7 +125,7 @@ int InfoCommand::run(const QStringList& arguments) {
     qint64 timeType = SettingValues::integerValue(
         settings.value(QLatin1String(SettingsKeys::kTimeType)).toString());
     if (parser.isSet(dateOption)) {
-        const auto value = typeArgument(parser.value(dateOption), kMaxDateType);
+        const auto value = CommandArguments::integerIn(parser.value(dateOption), 0, kMaxDateType);
         if (!value) {
             err_ << "stampwise info: --date-type takes 0 to 3\n";
             return kUsageError;
@@ -141,7 +133,7 @@ int InfoCommand::run(const QStringList& arguments) {
         dateType = *value;
     }
     if (parser.isSet(timeOption)) {
-        const auto value = typeArgument(parser.value(timeOption), kMaxTimeType);
+        const auto value = CommandArguments::integerIn(parser.value(timeOption), 0, kMaxTimeType);
         if (!value) {
             err_ << "stampwise info: --time-type takes 0 to 2\n";
             return kUsageError;

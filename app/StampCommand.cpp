@@ -1,5 +1,7 @@
 #include "app/StampCommand.h"
 
+#include "app/CommandArguments.h"
+
 #include <QCommandLineParser>
 #include <QFileInfo>
 #include <QFontInfo>
@@ -10,6 +12,7 @@
 #include <csignal>
 #include <mutex>
 
+#include "app/CommandArguments.h"
 #include "app/InfoCommand.h"
 #include "app/SettingValues.h"
 #include "app/SettingsKeys.h"
@@ -23,8 +26,9 @@
 
 namespace {
 
-constexpr qint64 kMaxDateType = 3;
-constexpr qint64 kMaxTimeType = 2;
+using CommandArguments::integerIn;
+using CommandArguments::kMaxDateType;
+using CommandArguments::kMaxTimeType;
 // Beyond this a stamp fits no photo; the settings store refuses it too.
 constexpr double kMaxFontSize = 4096.0;
 // The preset places in PreviewLayout's numbering.
@@ -53,15 +57,6 @@ std::optional<Place> parsePlace(const QString& text) {
         return std::nullopt;
     }
     return Place{kBottomLeft, QPointF(x, y)};
-}
-
-std::optional<qint64> integerIn(const QString& text, qint64 min, qint64 max) {
-    bool ok = false;
-    const qint64 value = text.toLongLong(&ok);
-    if (!ok || value < min || value > max) {
-        return std::nullopt;
-    }
-    return value;
 }
 
 QVariant stored(const char* key) {
