@@ -17,18 +17,19 @@ namespace {
 // Records every "gotFileAmount" posted while it lives (from any thread).
 struct AmountRecorder : QObject {
     AmountRecorder() {
-        NotificationCenter::defaultCenter().addObserver(this, NotificationNames::kGotFileAmount,
-                                                        [this](const Notification& n) {
-                                                            {
-                                                                std::lock_guard lock(mutex);
-                                                                posted.append(n.object.toString());
-                                                            }
-                                                            if (onPost) {
-                                                                onPost();
-                                                            }
-                                                        });
+        NotificationCenter::defaultCenter().addObserver(
+            this, NotificationNames::kGotFileAmount, [this](const Notification& n) { record(n); });
     }
     ~AmountRecorder() override { NotificationCenter::defaultCenter().removeObserver(this); }
+    void record(const Notification& n) {
+        {
+            std::lock_guard lock(mutex);
+            posted.append(n.object.toString());
+        }
+        if (onPost) {
+            onPost();
+        }
+    }
     QStringList amounts() const {
         std::lock_guard lock(mutex);
         return posted;
