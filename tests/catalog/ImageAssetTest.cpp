@@ -236,7 +236,6 @@ class ImageAssetTest : public QObject {
         QVERIFY(changed.isEmpty());
         asset.requestPreviewImage();
         QVERIFY(changed.wait(5000));
-        QCOMPARE(asset.previewImage().size(), QSize(160, 120));
     }
 };
 
