@@ -41,8 +41,6 @@ class ViewLayoutTest : public QObject {
         const QList<QSizeF> cards121(6, QSizeF(121, 121));
         QTest::newRow("wrapped: first row's last")
             << 3 << wide << cards121 << 3 << QPointF(403, 269) << 0.0;
-        QTest::newRow("wrapped: second row")
-            << 3 << wide << cards121 << 4 << QPointF(10, 138) << 0.0;
         QList<QSizeF> lowLast = cards121.mid(1);
         lowLast[3] = QSizeF(121, 60);
         QTest::newRow("wrapped: low card hangs from the top")
