@@ -1,15 +1,10 @@
-#include <QAction>
 #include <QCheckBox>
-#include <QComboBox>
 #include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
-#include <QRadioButton>
-#include <QTest>
 #include <atomic>
-#include <memory>
 #include <set>
 #include <thread>
 
@@ -19,7 +14,6 @@
 #include "platform/ControlTag.h"
 #include "platform/NotificationCenter.h"
 #include "platform/NotificationNames.h"
-#include "platform/RadioMatrix.h"
 #include "ui_MainWindow.h"
 
 using namespace ControlRegistry;
@@ -142,12 +136,8 @@ class ControlsTest : public QObject {
         app.load(3, 1);
         app.alerts.answers << 1;  // "Cancel": keep the catalog and the program
         const Observed before = observe(app);
-        std::unique_ptr<QAbstractButton> stranger;
-        if (c.kind == Button) {
-            stranger = std::make_unique<QCheckBox>();
-        } else {
-            stranger = std::make_unique<QPushButton>();
-        }
+        std::unique_ptr<QAbstractButton> stranger(
+            c.kind == Button ? static_cast<QAbstractButton*>(new QCheckBox) : new QPushButton);
         stranger->setCheckable(true);
         stranger->setChecked(true);
         ControlTag::setTag(stranger.get(), c.tag);

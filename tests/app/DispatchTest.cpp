@@ -1,11 +1,4 @@
-#include <QAbstractButton>
-#include <QAction>
-#include <QComboBox>
-#include <QDialog>
 #include <QLineEdit>
-#include <QRadioButton>
-#include <QSignalSpy>
-#include <QTest>
 
 #include "AppFixture.h"
 #include "TestRegistry.h"
@@ -13,7 +6,6 @@
 #include "platform/ControlTag.h"
 #include "platform/NotificationCenter.h"
 #include "platform/NotificationNames.h"
-#include "platform/RadioMatrix.h"
 #include "ui_MainWindow.h"
 
 using namespace ControlRegistry;
@@ -21,57 +13,27 @@ using namespace ControlRegistry;
 class DispatchTest : public QObject {
     Q_OBJECT
   private slots:
-    void dateSourceMatrix_data() {
-        QTest::addColumn<int>("row");
-        QTest::newRow("photo date") << 0;
-        QTest::newRow("file date") << 1;
-        QTest::newRow("own text") << 2;
-    }
-    void dateSourceMatrix() {
-        QFETCH(int, row);
-        AppFixture app;
-        StampwiseAppDelegate& d = app.start();
-        app.load(1);
-        QWidget* field = app.control<QWidget>(Tag::kCustomTextField);
-        QWidget* typeButton = app.control<QWidget>(Tag::kTypeButton);
-        // Start from the opposite state so both directions are seen.
-        field->setEnabled(row != 2);
-        typeButton->setEnabled(row == 2);
-        d.aMatrix()->cell(row)->click();
-        QCOMPARE(d.selectChannel(), qint64(row));
-        QCOMPARE(field->isEnabled(), row == 2);
-        QCOMPARE(typeButton->isEnabled(), row != 2);
-        // A tick in the browser switches the photo controls on again, the field not.
-        NotificationCenter::defaultCenter().post(NotificationNames::kClickTitleCheckBox);
-        QVERIFY(typeButton->isEnabled());
-        QCOMPARE(field->isEnabled(), row == 2);
-    }
-
     // One preset on at a time, whichever was on before; a drag step turns all off.
-    void presetsActAsOneRadioGroup_data() {
-        QTest::addColumn<int>("preset");
-        for (int i = 0; i < Tag::kPresetCount; ++i) {
-            QTest::addRow("preset %d", i) << i;
-        }
-    }
     void presetsActAsOneRadioGroup() {
-        QFETCH(int, preset);
         AppFixture app;
         app.start();
         app.load(1);
-        const auto button = [&app](int i) {
-            return app.control<QAbstractButton>(Tag::kFirstPreset + i);
+        const auto onlyOn = [&app](int on) {
+            for (int i = 0; i < Tag::kPresetCount; ++i) {
+                if (app.control<QAbstractButton>(Tag::kFirstPreset + i)->isChecked() != (i == on)) {
+                    return false;
+                }
+            }
+            return true;
         };
-        button((preset + 1) % Tag::kPresetCount)->click();
-        button(preset)->click();
-        button(preset)->click();  // pressing the pressed one keeps it on
-        for (int i = 0; i < Tag::kPresetCount; ++i) {
-            QCOMPARE(button(i)->isChecked(), i == preset);
+        for (int preset = Tag::kPresetCount - 1; preset >= 0; --preset) {
+            auto* button = app.control<QAbstractButton>(Tag::kFirstPreset + preset);
+            button->click();
+            button->click();  // pressing the pressed one keeps it on
+            QVERIFY2(onlyOn(preset), QByteArray::number(preset));
         }
         NotificationCenter::defaultCenter().post(NotificationNames::kMoveDateTime);
-        for (int i = 0; i < Tag::kPresetCount; ++i) {
-            QVERIFY(!button(i)->isChecked());
-        }
+        QVERIFY(onlyOn(-1));
     }
 
     // Quitting and clearing ask first; only "Ok" acts. No control: the window's close.

@@ -3,9 +3,6 @@
 #include <QFontDialog>
 #include <QLabel>
 #include <QLineEdit>
-#include <QRadioButton>
-#include <QSettings>
-#include <QTest>
 
 #include "AppFixture.h"
 #include "TestRegistry.h"
@@ -13,6 +10,8 @@
 #include "common/Sandbox.h"
 #include "common/StampRuns.h"
 #include "common/TestImages.h"
+#include "platform/NotificationCenter.h"
+#include "platform/NotificationNames.h"
 #include "ui_MainWindow.h"
 
 using namespace ControlRegistry;
@@ -50,8 +49,10 @@ class ModelPhotoTest : public QObject {
         QVERIFY(qAbs(label.left() - area.left()) <= 1 && qAbs(label.bottom() - area.bottom()) <= 1);
     }
 
-    // The label text by channel; reformatting afterwards writes the photo's date
-    // again, whichever channel is chosen, and typing always writes the typed text.
+    // The label text by channel; only typed text enables its field, and a tick in
+    // the browser switches the type button on again, the field not. Reformatting
+    // afterwards writes the photo's date again, whichever channel is chosen, and
+    // typing always writes the typed text.
     void labelTextByChannel_data() {
         QTest::addColumn<int>("channel");
         QTest::addColumn<QString>("text");
@@ -72,15 +73,26 @@ class ModelPhotoTest : public QObject {
         app.load(1);
         d.setGDateType(1);
         d.setGTimeType(1);
-        app.control<QLineEdit>(Tag::kCustomTextField)->setText("Zoë ☀ 1 בדיקה");
+        auto* field = app.control<QLineEdit>(Tag::kCustomTextField);
+        QWidget* typeButton = app.control<QWidget>(Tag::kTypeButton);
+        field->setText("Zoë ☀ 1 בדיקה");
+        // Start from the opposite state so both directions are seen.
+        field->setEnabled(channel != 2);
+        typeButton->setEnabled(channel == 2);
         d.aMatrix()->cell(channel)->click();
+        QCOMPARE(d.selectChannel(), qint64(channel));
+        QCOMPARE(field->isEnabled(), channel == 2);
+        QCOMPARE(typeButton->isEnabled(), channel != 2);
+        NotificationCenter::defaultCenter().post(NotificationNames::kClickTitleCheckBox);
+        QVERIFY(typeButton->isEnabled());
+        QCOMPARE(field->isEnabled(), channel == 2);
         QVERIFY(app.showModel(photo.fileName()));
         QLabel* label = app.control<QLabel>(Tag::kLabelTextField);
         QCOMPARE(label->text(), text);
         d.setGDateType(2);
         d.reWriteDataTime();
         QCOMPARE(label->text(), QStringLiteral("03/05/2014 13:34:56"));
-        app.control<QLineEdit>(Tag::kCustomTextField)->setText("x");
+        field->setText("x");
         QCOMPARE(label->text(), QStringLiteral("x"));
     }
 

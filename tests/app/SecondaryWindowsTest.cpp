@@ -1,9 +1,5 @@
-#include <QAbstractButton>
 #include <QLabel>
-#include <QRadioButton>
 #include <QRegularExpression>
-#include <QSettings>
-#include <QTest>
 #include <QTextBrowser>
 
 #include "AppFixture.h"
@@ -12,7 +8,6 @@
 #include "app/TypeWindowController.h"
 #include "common/Sandbox.h"
 #include "common/StampRuns.h"
-#include "platform/RadioMatrix.h"
 #include "ui_MainWindow.h"
 
 using namespace ControlRegistry;

@@ -1,6 +1,4 @@
 #include <QLabel>
-#include <QSettings>
-#include <QTest>
 
 #include "AppFixture.h"
 #include "TestRegistry.h"
@@ -84,9 +82,6 @@ class StartupTest : public QObject {
         QTest::newRow("no range check") << QVariant("9") << none << serif20 << qint64(9) << 20.0;
         QTest::newRow("colour stored as text")
             << QVariant("1") << QVariant("blue") << serif20 << qint64(1) << 20.0;
-        QTest::newRow("truncated font")
-            << QVariant("2") << none << QVariant(QByteArray("stampwise-font/1\nDejaVu"))
-            << qint64(2) << 16.0;
         QTest::newRow("number as font")
             << QVariant("2") << none << QVariant(42) << qint64(2) << 16.0;
     }

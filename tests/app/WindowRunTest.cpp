@@ -1,7 +1,5 @@
-#include <QAbstractButton>
 #include <QDir>
 #include <QLineEdit>
-#include <QTest>
 
 #include "AppFixture.h"
 #include "TestRegistry.h"
