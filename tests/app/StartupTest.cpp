@@ -82,6 +82,10 @@ class StartupTest : public QObject {
         QTest::newRow("no range check") << QVariant("9") << none << serif20 << qint64(9) << 20.0;
         QTest::newRow("colour stored as text")
             << QVariant("1") << QVariant("blue") << serif20 << qint64(1) << 20.0;
+        // The only row whose font data decodes to nothing: the default font takes its place.
+        QTest::newRow("truncated font")
+            << QVariant("2") << none << QVariant(QByteArray("stampwise-font/1\nDejaVu"))
+            << qint64(2) << 16.0;
         QTest::newRow("number as font")
             << QVariant("2") << none << QVariant(42) << qint64(2) << 16.0;
     }
