@@ -32,6 +32,10 @@ AssetCollectionView::AssetCollectionView(QWidget* parent)
     // Cards move on every pass; an index would be rebuilt more than it is used.
     scene_.setItemIndexMethod(QGraphicsScene::NoIndex);
     setScene(&scene_);
+    // Files dropped on the cards are the window's to import; a view that took
+    // the drag itself would swallow them.
+    setAcceptDrops(false);
+    viewport()->setAcceptDrops(false);
     setFocusPolicy(Qt::StrongFocus);
     // The main window's scroll area scrolls this view, which is as tall as its cards need.
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
