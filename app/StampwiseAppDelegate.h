@@ -200,6 +200,7 @@ class StampwiseAppDelegate : public QObject, public MyProtocolDelegate {
     void perform(const ControlRegistry::Control& control, QObject* sender);
     void chooseDateSource();
     void chooseBrowserLayout(QComboBox* control);
+    void showInTwin(QComboBox* chosen, qint64 tag, qint64 twinTag);
     void pressPresetButton(qint64 tag);
     void confirmClearAll();
     void removeTickedAndUpdateState();

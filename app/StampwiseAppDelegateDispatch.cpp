@@ -3,6 +3,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QMenu>
+#include <QSignalBlocker>
 #include <QToolBar>
 #include <algorithm>
 
@@ -158,6 +159,7 @@ void StampwiseAppDelegate::perform(const Control& control, QObject* sender) {
             break;
         case SortKey:
             if (auto* combo = qobject_cast<QComboBox*>(sender); combo->currentIndex() >= 0) {
+                showInTwin(combo, Tag::kSortPopUp, Tag::kSortComboBox);
                 setSortKey(combo->itemText(combo->currentIndex()));
             }
             break;
@@ -174,8 +176,18 @@ void StampwiseAppDelegate::chooseDateSource() {
     reWriteDataTimeFromChannel(row);
 }
 
+// The window has two choosers each for layout and order; both show the choice.
+void StampwiseAppDelegate::showInTwin(QComboBox* chosen, qint64 tag, qint64 twinTag) {
+    const qint64 other = ControlTag::tagOf(chosen) == tag ? twinTag : tag;
+    if (auto* twin = qobject_cast<QComboBox*>(getGUIObject(other, nullptr))) {
+        const QSignalBlocker quiet(twin);
+        twin->setCurrentIndex(twin->findText(chosen->currentText()));
+    }
+}
+
 void StampwiseAppDelegate::chooseBrowserLayout(QComboBox* control) {
     const int type = control->currentIndex();
+    showInTwin(control, Tag::kLayoutPopUp, Tag::kLayoutComboBox);
     if (assetCollectionView_ && type >= 0 && type < AssetCollectionView::kLayoutCount) {
         assetCollectionView_->setSubviewsLayoutType(type);
     }

@@ -124,6 +124,7 @@ class DispatchTest : public QObject {
         QCOMPARE(combo->count(), 4);
         QCOMPARE(app.window->ui().assetCollectionView->subviewsLayoutType(), layout);
         QCOMPARE(combo->currentText(), combo->itemText(layout));
+        QCOMPARE(app.control<QComboBox>(Tag::kLayoutPopUp)->currentIndex(), layout);
     }
 };
 SW_TEST_CLASS(DispatchTest)
