@@ -22,7 +22,10 @@ class SlideCarrierView : public QGraphicsObject {
     // The card's size from SlideTableNode.ui.
     static QSizeF cardSize();
 
+    // The card and a thin transparent margin around it.
     QRectF boundingRect() const override;
+    // The card alone, item coordinates.
+    static QRectF cardRect();
     void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
 
     void setImage(const QImage& image);
