@@ -9,6 +9,7 @@
 #include <QScrollArea>
 #include <QSettings>
 #include <algorithm>
+#include <cmath>
 
 #include "browser/AssetCollectionViewNode.h"
 #include "browser/SlideCarrierView.h"
@@ -227,8 +228,10 @@ void AssetCollectionView::layoutSubviews() {
     for (std::size_t i = 0; i < arranged.size(); ++i) {
         SlideCarrierView* slide = arranged[i]->rootView();
         const BrowserLayout::Placement& place = slides[i].placement;
-        // y-up frame origin to the scene's top-left; counter-clockwise to Qt's clockwise.
-        const QPointF pos(place.x, viewHeight - place.y - card.height());
+        // y-up frame origin to the scene's top-left; counter-clockwise to Qt's
+        // clockwise. Whole pixels, so that an upright card at rest is copied
+        // rather than resampled.
+        const QPointF pos(std::round(place.x), std::round(viewHeight - place.y - card.height()));
         if (durationMs < 0 &&
             (pos != slide->targetPos() || -place.rotation != slide->targetRotation() ||
              slide->opacity() != 1)) {

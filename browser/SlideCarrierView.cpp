@@ -219,9 +219,11 @@ bool SlideCarrierView::step(qint64 nowMs, const QEasingCurve& easing) {
                              : 1.0;
     const qreal t = easing.valueForProgress(linear);
     // Each setter costs a geometry change in the scene; skip the unchanged.
-    setPos(fromPos_ + (targetPos_ - fromPos_) * t);
+    // The last step lands exactly: a card a hair off whole pixels is resampled.
+    setPos(linear < 1.0 ? fromPos_ + (targetPos_ - fromPos_) * t : targetPos_);
     if (fromRotation_ != targetRotation_) {
-        setRotation(fromRotation_ + (targetRotation_ - fromRotation_) * t);
+        setRotation(linear < 1.0 ? fromRotation_ + (targetRotation_ - fromRotation_) * t
+                                 : targetRotation_);
     }
     if (fromOpacity_ != 1) {
         setOpacity(fromOpacity_ + (1 - fromOpacity_) * t);
