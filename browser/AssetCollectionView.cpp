@@ -245,6 +245,9 @@ void AssetCollectionView::layoutSubviews() {
         }
     }
     if (started && !animationTick_.isActive()) {
+        // Smooth turned blits cost several times the plain ones, too much for
+        // a crowd of cards in motion; the still picture gets them back.
+        setRenderHint(QPainter::SmoothPixmapTransform, false);
         animationTick_.start();
     }
 }
@@ -254,6 +257,7 @@ void AssetCollectionView::stepAnimations() {
     std::erase_if(moving_, [&](SlideCarrierView* slide) { return !slide->step(now, easing_); });
     if (moving_.empty()) {
         animationTick_.stop();
+        setRenderHint(QPainter::SmoothPixmapTransform, true);
     }
 }
 
