@@ -70,6 +70,9 @@ SlideCarrierView::SlideCarrierView(QGraphicsItem* parent) : QGraphicsObject(pare
     // Drawn once into a pixmap that then moves and turns: cards in flight cross
     // the visible area in hundreds at a time.
     setCacheMode(QGraphicsItem::ItemCoordinateCache);
+    // Unseen until its first layout pass places it and fades it in; until
+    // then it would sit in the top-left corner, drawn on every turn of a load.
+    setOpacity(0);
 }
 
 SlideCarrierView::~SlideCarrierView() = default;
