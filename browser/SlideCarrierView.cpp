@@ -113,6 +113,11 @@ void SlideCarrierView::setChecked(bool checked) {
 void SlideCarrierView::setTexts(const QString& kind, const QString& dimensions) {
     kind_ = kind;
     dimensions_ = dimensions;
+    // Elided once here rather than on every drawing of the card.
+    const CardForm& form = cardForm();
+    const QFontMetricsF metrics(form.textFont);
+    kindShown_ = metrics.elidedText(kind_, Qt::ElideRight, form.kind.width());
+    dimensionsShown_ = metrics.elidedText(dimensions_, Qt::ElideRight, form.dimensions.width());
     update();
 }
 
@@ -169,24 +174,47 @@ void SlideCarrierView::paintCard(QPainter* painter, QWidget* widget) const {
         painter->setOpacity(1);
     }
 
-    QStyleOptionButton box;
-    box.rect = form.checkBox.toRect();
-    box.text = form.checkTitle;
-    box.state = QStyle::State_Enabled | (checked_ ? QStyle::State_On : QStyle::State_Off);
-    if (widget) {
-        box.palette = widget->palette();
-        box.fontMetrics = widget->fontMetrics();
-    }
-    QStyle* style = widget ? widget->style() : QApplication::style();
-    style->drawControl(QStyle::CE_CheckBox, &box, painter, widget);
+    painter->drawPixmap(form.checkBox.topLeft(), checkBoxPixmap(checked_, widget));
 
     painter->setFont(form.textFont);
     painter->setPen(Qt::black);
-    const QFontMetricsF metrics(form.textFont);
-    painter->drawText(form.kind, Qt::AlignLeft | Qt::AlignVCenter,
-                      metrics.elidedText(kind_, Qt::ElideRight, form.kind.width()));
-    painter->drawText(form.dimensions, Qt::AlignLeft | Qt::AlignVCenter,
-                      metrics.elidedText(dimensions_, Qt::ElideRight, form.dimensions.width()));
+    painter->drawText(form.kind, Qt::AlignLeft | Qt::AlignVCenter, kindShown_);
+    painter->drawText(form.dimensions, Qt::AlignLeft | Qt::AlignVCenter, dimensionsShown_);
+}
+
+QPixmap SlideCarrierView::checkBoxPixmap(bool checked, QWidget* widget) {
+    // The style draws the tick box for one card at a time several times slower
+    // than copying it, and cards coming into sight are drawn in crowds.
+    struct Drawn {
+        QStyle* style = nullptr;
+        qint64 palette = 0;
+        QString font;
+        QPixmap box[2];
+    };
+    static Drawn drawn;
+    QStyle* style = widget ? widget->style() : QApplication::style();
+    const QPalette palette = widget ? widget->palette() : QApplication::palette();
+    const QFont font = widget ? widget->font() : QApplication::font();
+    if (drawn.style != style || drawn.palette != palette.cacheKey() || drawn.font != font.key()) {
+        drawn = Drawn{style, palette.cacheKey(), font.key(), {}};
+    }
+    QPixmap& pixmap = drawn.box[checked ? 1 : 0];
+    if (pixmap.isNull()) {
+        const CardForm& form = cardForm();
+        pixmap = QPixmap(form.checkBox.size().toSize());
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
+        QStyleOptionButton box;
+        box.rect = pixmap.rect();
+        box.text = form.checkTitle;
+        box.state = QStyle::State_Enabled | (checked ? QStyle::State_On : QStyle::State_Off);
+        box.palette = palette;
+        box.fontMetrics = QFontMetrics(font);
+        painter.setFont(font);
+        style->drawControl(QStyle::CE_CheckBox, &box, &painter, widget);
+    }
+    return pixmap;
 }
 
 bool SlideCarrierView::moveTo(QPointF pos, qreal rotation, qint64 nowMs, int durationMs) {

@@ -70,10 +70,14 @@ class SlideCarrierView : public QGraphicsObject {
 
   private:
     void paintCard(QPainter* painter, QWidget* widget) const;
+    // The tick box and its title as the widget's style draws them.
+    static QPixmap checkBoxPixmap(bool checked, QWidget* widget);
 
     QPixmap thumbnail_;
     QString kind_;
     QString dimensions_;
+    QString kindShown_;
+    QString dimensionsShown_;
     QString fullFilename_;
     bool checked_ = true;
     bool current_ = false;
