@@ -237,6 +237,9 @@ void AssetCollectionView::layoutSubviews() {
              slide->opacity() != 1)) {
             durationMs = isLoadDirectory_ ? int(layoutDuration() * 1000) : kPlainLayoutMs;
         }
+        // Drawn now rather than in the frame that first shows it, where a
+        // crowd of new cards would not fit.
+        slide->prepareFace(viewport());
         if (slide->moveTo(pos, -place.rotation, now, std::max(durationMs, 0))) {
             if (std::find(moving_.begin(), moving_.end(), slide) == moving_.end()) {
                 moving_.push_back(slide);

@@ -67,9 +67,6 @@ SlideCarrierView::SlideCarrierView(QGraphicsItem* parent) : QGraphicsObject(pare
     const QSizeF size = cardSize();
     setTransformOriginPoint(size.width() / 2, size.height() / 2);
     setAcceptedMouseButtons(Qt::LeftButton);
-    // Drawn once into a pixmap that then moves and turns: cards in flight cross
-    // the visible area in hundreds at a time.
-    setCacheMode(QGraphicsItem::ItemCoordinateCache);
     // Unseen until its first layout pass places it and fades it in; until
     // then it would sit in the top-left corner, drawn on every turn of a load.
     setOpacity(0);
@@ -100,13 +97,13 @@ void SlideCarrierView::setImage(const QImage& image) {
         image.isNull()
             ? QPixmap()
             : QPixmap::fromImage(image.scaled(box, Qt::KeepAspectRatio, Qt::SmoothTransformation));
-    update();
+    faceChanged();
 }
 
 void SlideCarrierView::setChecked(bool checked) {
     if (checked_ != checked) {
         checked_ = checked;
-        update();
+        faceChanged();
     }
 }
 
@@ -118,15 +115,39 @@ void SlideCarrierView::setTexts(const QString& kind, const QString& dimensions) 
     const QFontMetricsF metrics(form.textFont);
     kindShown_ = metrics.elidedText(kind_, Qt::ElideRight, form.kind.width());
     dimensionsShown_ = metrics.elidedText(dimensions_, Qt::ElideRight, form.dimensions.width());
+    faceChanged();
+}
+
+void SlideCarrierView::faceChanged() {
+    faceDirty_ = true;
     update();
 }
 
+void SlideCarrierView::prepareFace(QWidget* widget) {
+    if (!faceDirty_) {
+        return;
+    }
+    faceDirty_ = false;
+    const QRectF bounds = boundingRect();
+    if (face_.isNull()) {
+        face_ = QPixmap(bounds.size().toSize());
+    }
+    face_.fill(Qt::transparent);
+    QPainter painter(&face_);
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform |
+                           QPainter::TextAntialiasing);
+    painter.translate(-bounds.topLeft());
+    paintCard(&painter, widget);
+}
+
 void SlideCarrierView::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget* widget) {
-    // This paints into the card's cache, where quality costs once; the view
-    // itself draws without antialiasing.
-    painter->setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform |
-                            QPainter::TextAntialiasing);
-    paintCard(painter, widget);
+    prepareFace(widget);
+    painter->drawPixmap(boundingRect().topLeft(), face_);
+    if (!current_ && (effectOpacity_ <= 0 || effect_.isNull())) {
+        return;
+    }
+    // One card at a time wears these; the view itself draws without antialiasing.
+    painter->setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     if (current_) {
         painter->setPen(QPen(QColor(48, 140, 198), 3));
         painter->setBrush(Qt::NoBrush);
