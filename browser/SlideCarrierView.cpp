@@ -271,14 +271,15 @@ bool SlideCarrierView::step(qint64 nowMs, const QEasingCurve& easing) {
                              : 1.0;
     const qreal t = easing.valueForProgress(linear);
     // Each setter costs a geometry change in the scene; skip the unchanged.
-    // The last step lands exactly: a card a hair off whole pixels is resampled.
+    // The last step lands exactly: a card a hair off whole pixels is resampled,
+    // one a hair short of opaque is blended.
     setPos(linear < 1.0 ? fromPos_ + (targetPos_ - fromPos_) * t : targetPos_);
     if (fromRotation_ != targetRotation_) {
         setRotation(linear < 1.0 ? fromRotation_ + (targetRotation_ - fromRotation_) * t
                                  : targetRotation_);
     }
     if (fromOpacity_ != 1) {
-        setOpacity(fromOpacity_ + (1 - fromOpacity_) * t);
+        setOpacity(linear < 1.0 ? fromOpacity_ + (1 - fromOpacity_) * t : 1.0);
     }
     moving_ = linear < 1.0;
     return moving_;
