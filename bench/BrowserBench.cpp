@@ -70,8 +70,7 @@ int main(int argc, char** argv) {
     view->setAssetCollection(&catalog);
     view->setSortDescriptors({AssetSort::SortRule{AssetSort::keyPathFor("filename"), true}});
 
-    QElapsedTimer load;
-    load.start();
+    double turns = 0;  // the card's making, then the event loop's turn
     double worstTurn = 0;
     double inLoop = 0;  // the batched layout passes and the drawing run here
     for (int i = 0; i < kCards; ++i) {
@@ -85,12 +84,14 @@ int main(int argc, char** argv) {
         loop.start();
         QCoreApplication::processEvents();
         inLoop += double(loop.nsecsElapsed()) / 1e6;
+        turns += double(turn.nsecsElapsed()) / 1e6;
         worstTurn = std::max(worstTurn, double(turn.nsecsElapsed()) / 1e6);
     }
     view->resize(300, (kCards / 2) * 131 + 10);
     view->layoutSubviews();
-    out << "load of " << kCards << " cards: " << load.elapsed() << " ms in all, " << inLoop
-        << " ms of it in the event loop, longest turn " << worstTurn << " ms\n";
+    out << "load of " << kCards << " cards, one per turn: " << turns
+        << " ms of browser work in all (goal < 1000), " << inLoop
+        << " ms of it in the event loop, longest turn " << worstTurn << " ms (goal < 50)\n";
 
     QElapsedTimer idle;
     idle.start();
@@ -99,6 +100,7 @@ int main(int argc, char** argv) {
     }
     out << "pass that moves nothing: " << double(idle.nsecsElapsed()) / 1e8 << " ms\n";
 
+    const char* names[] = {"circular", "loop", "scatter", "wrapped"};
     for (qint32 type : {0, 1, 2, 3}) {
         QElapsedTimer pass;
         pass.start();
@@ -107,19 +109,30 @@ int main(int argc, char** argv) {
         QElapsedTimer settle;
         settle.start();
         const double worst = worstFrame([&] { return settle.elapsed() < 400; }, &area);
-        out << "layout " << type << ": pass " << passMs << " ms, worst frame " << worst << " ms\n";
+        out << "layout " << type << " (" << names[type] << "): pass " << passMs
+            << " ms, worst frame " << worst << " ms (goal < 16)\n";
     }
 
-    double worstScroll = 0;
     QScrollBar* bar = area.verticalScrollBar();
-    for (int v = 0; v < 20000; v += 400) {
-        QElapsedTimer frame;
-        frame.start();
-        bar->setValue(v);
-        area.repaint();
-        worstScroll = std::max(worstScroll, double(frame.nsecsElapsed()) / 1e6);
-    }
-    out << "scrolling: worst frame " << worstScroll << " ms\n";
-    out << "peak memory: " << peakMemory() << "\n";
+    const auto worstScroll = [&](int to) {
+        double worst = 0;
+        for (int v = 0; v < to; v += 400) {
+            QElapsedTimer frame;
+            frame.start();
+            bar->setValue(v);
+            area.repaint();
+            worst = std::max(worst, double(frame.nsecsElapsed()) / 1e6);
+        }
+        return worst;
+    };
+    out << "scrolling (wrapped): worst frame " << worstScroll(20000) << " ms (goal < 16)\n";
+    // The circle puts every card in one place halfway down, all of them turned.
+    view->setSubviewsLayoutType(0);
+    QElapsedTimer settle;
+    settle.start();
+    worstFrame([&] { return settle.elapsed() < 400; }, &area);
+    out << "scrolling (circular, past every card): worst frame " << worstScroll(bar->maximum())
+        << " ms (goal < 16)\n";
+    out << "peak memory: " << peakMemory() << " (goal < 300 MB)\n";
     return 0;
 }

@@ -9,6 +9,7 @@
 #include <QScrollArea>
 #include <QSettings>
 #include <algorithm>
+#include <cmath>
 
 #include "browser/AssetCollectionViewNode.h"
 #include "browser/SlideCarrierView.h"
@@ -45,8 +46,9 @@ AssetCollectionView::AssetCollectionView(QWidget* parent)
     // far more to build than repainting the one rectangle around them.
     setViewportUpdateMode(QGraphicsView::BoundingRectViewportUpdate);
     setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform |
-                   QPainter::TextAntialiasing);
+    // Cards draw their antialiased edges into their own caches; antialiasing
+    // the turned blits of those caches would cost several times more.
+    setRenderHints(QPainter::SmoothPixmapTransform | QPainter::TextAntialiasing);
     setSceneRect(0, 0, width(), height());
 
     pendingLayout_.setSingleShot(true);
@@ -230,13 +232,18 @@ void AssetCollectionView::layoutSubviews() {
     for (std::size_t i = 0; i < arranged.size(); ++i) {
         SlideCarrierView* slide = arranged[i]->rootView();
         const BrowserLayout::Placement& place = slides[i].placement;
-        // y-up frame origin to the scene's top-left; counter-clockwise to Qt's clockwise.
-        const QPointF pos(place.x, viewHeight - place.y - card.height());
+        // y-up frame origin to the scene's top-left; counter-clockwise to Qt's
+        // clockwise. Whole pixels, so that an upright card at rest is copied
+        // rather than resampled.
+        const QPointF pos(std::round(place.x), std::round(viewHeight - place.y - card.height()));
         if (durationMs < 0 &&
             (pos != slide->targetPos() || -place.rotation != slide->targetRotation() ||
              slide->opacity() != 1)) {
             durationMs = isLoadDirectory_ ? int(layoutDuration() * 1000) : kPlainLayoutMs;
         }
+        // Drawn now rather than in the frame that first shows it, where a
+        // crowd of new cards would not fit.
+        slide->prepareFace(viewport());
         if (slide->moveTo(pos, -place.rotation, now, std::max(durationMs, 0))) {
             if (std::find(moving_.begin(), moving_.end(), slide) == moving_.end()) {
                 moving_.push_back(slide);
@@ -245,6 +252,9 @@ void AssetCollectionView::layoutSubviews() {
         }
     }
     if (started && !animationTick_.isActive()) {
+        // Smooth turned blits cost several times the plain ones, too much for
+        // a crowd of cards in motion; the still picture gets them back.
+        setRenderHint(QPainter::SmoothPixmapTransform, false);
         animationTick_.start();
     }
 }
@@ -254,6 +264,7 @@ void AssetCollectionView::stepAnimations() {
     std::erase_if(moving_, [&](SlideCarrierView* slide) { return !slide->step(now, easing_); });
     if (moving_.empty()) {
         animationTick_.stop();
+        setRenderHint(QPainter::SmoothPixmapTransform, true);
     }
 }
 

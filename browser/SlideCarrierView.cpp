@@ -49,6 +49,10 @@ const CardForm& cardForm() {
 }
 
 constexpr qreal kCornerRadius = 8;
+// A transparent margin around the card in its cached pixmap: drawn turned
+// with smooth pixmap filtering, the card's edges then blend into the margin,
+// which looks antialiased without the view's far slower antialiased blits.
+constexpr qreal kMargin = 1;
 constexpr qreal kImageAlpha = 0.8;
 constexpr qreal kEffectRadius = 4.0;
 constexpr int kEffectFadeMs = 500;
@@ -63,9 +67,9 @@ SlideCarrierView::SlideCarrierView(QGraphicsItem* parent) : QGraphicsObject(pare
     const QSizeF size = cardSize();
     setTransformOriginPoint(size.width() / 2, size.height() / 2);
     setAcceptedMouseButtons(Qt::LeftButton);
-    // Drawn once into a pixmap that then moves and turns: cards in flight cross
-    // the visible area in hundreds at a time.
-    setCacheMode(QGraphicsItem::ItemCoordinateCache);
+    // Unseen until its first layout pass places it and fades it in; until
+    // then it would sit in the top-left corner, drawn on every turn of a load.
+    setOpacity(0);
 }
 
 SlideCarrierView::~SlideCarrierView() = default;
@@ -79,6 +83,10 @@ QRectF SlideCarrierView::checkBoxRect() {
 }
 
 QRectF SlideCarrierView::boundingRect() const {
+    return cardRect().adjusted(-kMargin, -kMargin, kMargin, kMargin);
+}
+
+QRectF SlideCarrierView::cardRect() {
     return QRectF(QPointF(0, 0), cardSize());
 }
 
@@ -89,39 +97,72 @@ void SlideCarrierView::setImage(const QImage& image) {
         image.isNull()
             ? QPixmap()
             : QPixmap::fromImage(image.scaled(box, Qt::KeepAspectRatio, Qt::SmoothTransformation));
-    update();
+    faceChanged();
 }
 
 void SlideCarrierView::setChecked(bool checked) {
     if (checked_ != checked) {
         checked_ = checked;
-        update();
+        faceChanged();
     }
 }
 
 void SlideCarrierView::setTexts(const QString& kind, const QString& dimensions) {
     kind_ = kind;
     dimensions_ = dimensions;
+    // Elided once here rather than on every drawing of the card.
+    const CardForm& form = cardForm();
+    const QFontMetricsF metrics(form.textFont);
+    kindShown_ = metrics.elidedText(kind_, Qt::ElideRight, form.kind.width());
+    dimensionsShown_ = metrics.elidedText(dimensions_, Qt::ElideRight, form.dimensions.width());
+    faceChanged();
+}
+
+void SlideCarrierView::faceChanged() {
+    faceDirty_ = true;
     update();
 }
 
+void SlideCarrierView::prepareFace(QWidget* widget) {
+    if (!faceDirty_) {
+        return;
+    }
+    faceDirty_ = false;
+    const QRectF bounds = boundingRect();
+    if (face_.isNull()) {
+        face_ = QPixmap(bounds.size().toSize());
+    }
+    face_.fill(Qt::transparent);
+    QPainter painter(&face_);
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform |
+                           QPainter::TextAntialiasing);
+    painter.translate(-bounds.topLeft());
+    paintCard(&painter, widget);
+}
+
 void SlideCarrierView::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget* widget) {
-    paintCard(painter, widget);
+    prepareFace(widget);
+    painter->drawPixmap(boundingRect().topLeft(), face_);
+    if (!current_ && (effectOpacity_ <= 0 || effect_.isNull())) {
+        return;
+    }
+    // One card at a time wears these; the view itself draws without antialiasing.
+    painter->setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     if (current_) {
         painter->setPen(QPen(QColor(48, 140, 198), 3));
         painter->setBrush(Qt::NoBrush);
-        painter->drawRoundedRect(boundingRect().adjusted(1.5, 1.5, -1.5, -1.5), 8, 8);
+        painter->drawRoundedRect(cardRect().adjusted(1.5, 1.5, -1.5, -1.5), 8, 8);
     }
     if (effectOpacity_ > 0 && !effect_.isNull()) {
         painter->setOpacity(effectOpacity_);
-        painter->drawImage(boundingRect(), effect_);
+        painter->drawImage(cardRect(), effect_);
         painter->setOpacity(1);
     }
 }
 
 void SlideCarrierView::paintCard(QPainter* painter, QWidget* widget) const {
     const CardForm& form = cardForm();
-    const QRectF bounds = boundingRect();
+    const QRectF bounds = cardRect();
     QPainterPath card;
     card.addRoundedRect(bounds, kCornerRadius, kCornerRadius);
     // Mid grey at the bottom edge, white at the top.
@@ -154,24 +195,47 @@ void SlideCarrierView::paintCard(QPainter* painter, QWidget* widget) const {
         painter->setOpacity(1);
     }
 
-    QStyleOptionButton box;
-    box.rect = form.checkBox.toRect();
-    box.text = form.checkTitle;
-    box.state = QStyle::State_Enabled | (checked_ ? QStyle::State_On : QStyle::State_Off);
-    if (widget) {
-        box.palette = widget->palette();
-        box.fontMetrics = widget->fontMetrics();
-    }
-    QStyle* style = widget ? widget->style() : QApplication::style();
-    style->drawControl(QStyle::CE_CheckBox, &box, painter, widget);
+    painter->drawPixmap(form.checkBox.topLeft(), checkBoxPixmap(checked_, widget));
 
     painter->setFont(form.textFont);
     painter->setPen(Qt::black);
-    const QFontMetricsF metrics(form.textFont);
-    painter->drawText(form.kind, Qt::AlignLeft | Qt::AlignVCenter,
-                      metrics.elidedText(kind_, Qt::ElideRight, form.kind.width()));
-    painter->drawText(form.dimensions, Qt::AlignLeft | Qt::AlignVCenter,
-                      metrics.elidedText(dimensions_, Qt::ElideRight, form.dimensions.width()));
+    painter->drawText(form.kind, Qt::AlignLeft | Qt::AlignVCenter, kindShown_);
+    painter->drawText(form.dimensions, Qt::AlignLeft | Qt::AlignVCenter, dimensionsShown_);
+}
+
+QPixmap SlideCarrierView::checkBoxPixmap(bool checked, QWidget* widget) {
+    // The style draws the tick box for one card at a time several times slower
+    // than copying it, and cards coming into sight are drawn in crowds.
+    struct Drawn {
+        QStyle* style = nullptr;
+        qint64 palette = 0;
+        QString font;
+        QPixmap box[2];
+    };
+    static Drawn drawn;
+    QStyle* style = widget ? widget->style() : QApplication::style();
+    const QPalette palette = widget ? widget->palette() : QApplication::palette();
+    const QFont font = widget ? widget->font() : QApplication::font();
+    if (drawn.style != style || drawn.palette != palette.cacheKey() || drawn.font != font.key()) {
+        drawn = Drawn{style, palette.cacheKey(), font.key(), {}};
+    }
+    QPixmap& pixmap = drawn.box[checked ? 1 : 0];
+    if (pixmap.isNull()) {
+        const CardForm& form = cardForm();
+        pixmap = QPixmap(form.checkBox.size().toSize());
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
+        QStyleOptionButton box;
+        box.rect = pixmap.rect();
+        box.text = form.checkTitle;
+        box.state = QStyle::State_Enabled | (checked ? QStyle::State_On : QStyle::State_Off);
+        box.palette = palette;
+        box.fontMetrics = QFontMetrics(font);
+        painter.setFont(font);
+        style->drawControl(QStyle::CE_CheckBox, &box, &painter, widget);
+    }
+    return pixmap;
 }
 
 bool SlideCarrierView::moveTo(QPointF pos, qreal rotation, qint64 nowMs, int durationMs) {
@@ -207,12 +271,15 @@ bool SlideCarrierView::step(qint64 nowMs, const QEasingCurve& easing) {
                              : 1.0;
     const qreal t = easing.valueForProgress(linear);
     // Each setter costs a geometry change in the scene; skip the unchanged.
-    setPos(fromPos_ + (targetPos_ - fromPos_) * t);
+    // The last step lands exactly: a card a hair off whole pixels is resampled,
+    // one a hair short of opaque is blended.
+    setPos(linear < 1.0 ? fromPos_ + (targetPos_ - fromPos_) * t : targetPos_);
     if (fromRotation_ != targetRotation_) {
-        setRotation(fromRotation_ + (targetRotation_ - fromRotation_) * t);
+        setRotation(linear < 1.0 ? fromRotation_ + (targetRotation_ - fromRotation_) * t
+                                 : targetRotation_);
     }
     if (fromOpacity_ != 1) {
-        setOpacity(fromOpacity_ + (1 - fromOpacity_) * t);
+        setOpacity(linear < 1.0 ? fromOpacity_ + (1 - fromOpacity_) * t : 1.0);
     }
     moving_ = linear < 1.0;
     return moving_;

@@ -22,7 +22,10 @@ class SlideCarrierView : public QGraphicsObject {
     // The card's size from SlideTableNode.ui.
     static QSizeF cardSize();
 
+    // The card and a thin transparent margin around it.
     QRectF boundingRect() const override;
+    // The card alone, item coordinates.
+    static QRectF cardRect();
     void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
 
     void setImage(const QImage& image);
@@ -49,6 +52,10 @@ class SlideCarrierView : public QGraphicsObject {
 
     void doHighlightEffect(bool on);
 
+    // Draws the card's face into its pixmap if something on it changed since;
+    // the widget gives the tick box its style.
+    void prepareFace(QWidget* widget);
+
     // What a click on the tick box does, and what a press on the picture does;
     // the keyboard does the same through these.
     void toggleCheckBox();
@@ -67,10 +74,19 @@ class SlideCarrierView : public QGraphicsObject {
 
   private:
     void paintCard(QPainter* painter, QWidget* widget) const;
+    void faceChanged();
+    // The tick box and its title as the widget's style draws them.
+    static QPixmap checkBoxPixmap(bool checked, QWidget* widget);
 
     QPixmap thumbnail_;
+    // The card as drawn, margin included: kept rather than left to a shared
+    // cache, so that cards coming into sight in crowds are only copied.
+    QPixmap face_;
+    bool faceDirty_ = true;
     QString kind_;
     QString dimensions_;
+    QString kindShown_;
+    QString dimensionsShown_;
     QString fullFilename_;
     bool checked_ = true;
     bool current_ = false;

@@ -156,8 +156,14 @@ class AssetCollectionViewTest : public QObject {
                                    ? SlideCarrierView::checkBoxRect().topLeft() + QPointF(6, 6)
                                    : QPointF(SlideCarrierView::cardSize().width() / 2, 30);
         const QPoint at = browser.view.mapFromScene(card->mapToScene(inCard));
+        const QRect box =
+            browser.view.mapFromScene(card->mapToScene(SlideCarrierView::checkBoxRect()))
+                .boundingRect();
+        const QImage before = browser.view.grab(box).toImage();
         QTest::mousePress(browser.view.viewport(), Qt::LeftButton, {}, at);
         QTest::mouseRelease(browser.view.viewport(), Qt::LeftButton, {}, at);
+        // The card keeps its drawing between changes; a press must still show.
+        QVERIFY(browser.view.grab(box).toImage() != before);
         QCOMPARE(seen, posted);
         QCOMPARE(asset->includedInSlideshow(), included);
         QCOMPARE(card->isChecked(), included);
