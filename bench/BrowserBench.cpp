@@ -62,7 +62,8 @@ int main(int argc, char** argv) {
     area.setWidget(view);
     area.show();
 
-    QImage preview(160, 120, QImage::Format_RGB32);
+    // A camera thumbnail as the catalog keeps it; every photo holds its own.
+    QImage preview(160, 120, QImage::Format_RGB888);
     QPainter(&preview).fillRect(preview.rect(), QColor(200, 120, 40));
 
     AssetCollection catalog{QUrl()};
@@ -76,7 +77,7 @@ int main(int argc, char** argv) {
     for (int i = 0; i < kCards; ++i) {
         auto asset = std::make_shared<Asset>(
             QUrl::fromLocalFile(QString("/photos/IMG_%1.jpg").arg(i, 4, 10, QChar('0'))));
-        asset->setPreviewImage(preview);
+        asset->setPreviewImage(preview.copy());
         QElapsedTimer turn;
         turn.start();
         catalog.addAsset(asset);

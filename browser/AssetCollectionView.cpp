@@ -143,6 +143,7 @@ AssetCollectionViewNode* AssetCollectionView::insertNodeForAssetAtIndex(qsizetyp
     node->setAsset(assetCollection_->assets().at(index));
     applyShadow(node->rootView());
     scene_.addItem(node->rootView());
+    node->rootView()->prepareFace(viewport());
     const qsizetype at = std::min<qsizetype>(index, qsizetype(nodes_.size()));
     return nodes_.insert(nodes_.begin() + at, std::move(node))->get();
 }

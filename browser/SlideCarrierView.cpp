@@ -91,13 +91,14 @@ QRectF SlideCarrierView::cardRect() {
 }
 
 void SlideCarrierView::setImage(const QImage& image) {
-    // Kept at the size it is shown, not the size it came in.
-    const QSize box = cardForm().image.size().toSize();
-    thumbnail_ =
-        image.isNull()
-            ? QPixmap()
-            : QPixmap::fromImage(image.scaled(box, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+    // Shared with the asset, not copied: the face holds the picture as shown.
+    thumbnail_ = image;
     faceChanged();
+    // Drawn as the picture arrives, so that the costly scaling is spread over
+    // a scan's arrivals rather than gathered into one layout pass.
+    if (scene() && !scene()->views().isEmpty()) {
+        prepareFace(scene()->views().first()->viewport());
+    }
 }
 
 void SlideCarrierView::setChecked(bool checked) {
@@ -191,7 +192,11 @@ void SlideCarrierView::paintCard(QPainter* painter, QWidget* widget) const {
                 QRectF(box.left(), picture.bottom(), box.width(), box.bottom() - picture.bottom()),
                 band);
         }
-        painter->drawPixmap(picture, thumbnail_, QRectF(thumbnail_.rect()));
+        // Scaled apart: the painter's own smooth scaling is slow on these formats.
+        painter->drawImage(
+            picture.topLeft(),
+            thumbnail_.convertToFormat(QImage::Format_RGB32)
+                .scaled(picture.size().toSize(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
         painter->setOpacity(1);
     }
 

@@ -78,7 +78,7 @@ class SlideCarrierView : public QGraphicsObject {
     // The tick box and its title as the widget's style draws them.
     static QPixmap checkBoxPixmap(bool checked, QWidget* widget);
 
-    QPixmap thumbnail_;
+    QImage thumbnail_;
     // The card as drawn, margin included: kept rather than left to a shared
     // cache, so that cards coming into sight in crowds are only copied.
     QPixmap face_;

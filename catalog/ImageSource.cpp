@@ -244,11 +244,13 @@ QImage ImageSource::thumbnail(int maxSide) {
         return {};
     }
     const QByteArray embedded = takeEmbeddedThumbnail();
-    if (!embedded.isEmpty()) {
-        QImage image = decodeEmbedded(embedded, maxSide);
-        if (!image.isNull()) {
-            return image;
-        }
+    QImage image = embedded.isEmpty() ? QImage() : decodeEmbedded(embedded, maxSide);
+    if (image.isNull()) {
+        image = decodeReduced(maxSide);
     }
-    return decodeReduced(maxSide);
+    // A browser holds thousands of these: three bytes a pixel where there is no alpha.
+    if (!image.isNull() && !image.hasAlphaChannel()) {
+        image.convertTo(QImage::Format_RGB888);
+    }
+    return image;
 }
