@@ -1,3 +1,4 @@
+#include <QGraphicsDropShadowEffect>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
@@ -198,6 +199,44 @@ class AssetCollectionViewTest : public QObject {
         // Turning the cycle on moves on at once.
         browser.view.setAutoCyclesLayout(true);
         QCOMPARE(browser.view.subviewsLayoutType(), (next + 1) % 4);
+    }
+
+    // Shadows fade in on every card within half a second, later cards come
+    // with the full shadow, and fading out takes the shadows off.
+    void shadows() {
+        Browser browser({"a.jpg", "b.jpg"});
+        const auto shadow = [&browser](std::size_t i) {
+            return qobject_cast<QGraphicsDropShadowEffect*>(
+                browser.view.nodes().at(i)->rootView()->graphicsEffect());
+        };
+        const QColor full = QColor::fromRgbF(0, 0, 0, 0.75f);
+        browser.view.setSlidesHaveShadows(true);
+        QVERIFY(shadow(0) && shadow(0)->color().alpha() < full.alpha());
+        QTRY_COMPARE_WITH_TIMEOUT(shadow(1)->color(), full, 1000);
+        browser.catalog.addAsset(photo("c.jpg"));
+        for (std::size_t i = 0; i < 3; ++i) {
+            QVERIFY(shadow(i));
+            QCOMPARE(shadow(i)->offset(), QPointF(3, 3));
+            QCOMPARE(shadow(i)->blurRadius(), 4.0);
+            QCOMPARE(shadow(i)->color(), full);
+        }
+        browser.view.setSlidesHaveShadows(false);
+        QVERIFY(shadow(2));
+        QTRY_VERIFY_WITH_TIMEOUT(!shadow(0) && !shadow(1) && !shadow(2), 1000);
+    }
+
+    // The cells move behind the cards while on; off leaves the plain gradient.
+    void animatedBackground() {
+        Browser browser({});
+        browser.view.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&browser.view));
+        const QImage plain = browser.view.grab().toImage();
+        browser.view.setUsesQuartzCompositionBackground(true);
+        const QImage cells = browser.view.grab().toImage();
+        QVERIFY(cells != plain);
+        QTRY_VERIFY(browser.view.grab().toImage() != cells);
+        browser.view.setUsesQuartzCompositionBackground(false);
+        QCOMPARE(browser.view.grab().toImage(), plain);
     }
 
     // Arrows move between cards in display order, Space ticks, Enter makes the model.
