@@ -55,10 +55,13 @@ QImage CellsBackground::frame(QSize size, double seconds) {
         const double py = (y + 0.5) / unit;
         for (int x = 0; x < size.width(); ++x) {
             const double px = (x + 0.5) / unit;
-            double nearest = 1e9;
-            double second = 1e9;
+            // Squared distances while searching; roots only for the two nearest.
+            double nearest = 1e18;
+            double second = 1e18;
             for (std::size_t i = 0; i < kSeeds.size(); ++i) {
-                const double d = std::hypot(px - sx[i], py - sy[i]);
+                const double dx = px - sx[i];
+                const double dy = py - sy[i];
+                const double d = dx * dx + dy * dy;
                 if (d < nearest) {
                     second = nearest;
                     nearest = d;
@@ -66,6 +69,8 @@ QImage CellsBackground::frame(QSize size, double seconds) {
                     second = d;
                 }
             }
+            nearest = std::sqrt(nearest);
+            second = std::sqrt(second);
             // Bright where two cells meet, a faint glow towards each centre.
             const double edge = std::exp(-(second - nearest) / wall);
             const double glow = std::max(0.0, 1.0 - nearest * 4.0);
