@@ -63,7 +63,7 @@ AssetCollectionView::AssetCollectionView(QWidget* parent)
     connect(&shadowFade_, &QVariantAnimation::valueChanged, this,
             [this](const QVariant& value) { setShadowAlpha(value.toReal()); });
     connect(&shadowFade_, &QVariantAnimation::finished, this,
-            &AssetCollectionView::dropShadowsIfOff);
+            &AssetCollectionView::finishShadowFade);
     backgroundTick_.setInterval(kBackgroundFrameMs);
     connect(&backgroundTick_, &QTimer::timeout, this, &AssetCollectionView::stepBackground);
     clock_.start();
@@ -353,18 +353,25 @@ void AssetCollectionView::applyShadow(SlideCarrierView* slide) const {
 
 void AssetCollectionView::setShadowAlpha(qreal alpha) {
     shadowAlpha_ = alpha;
+    // Mid-fade only the cards in sight follow: a change to a shadow repaints its
+    // card, thousands of them every frame. The end of the fade sets them all.
+    const bool all = shadowFade_.state() != QAbstractAnimation::Running;
+    const QRectF shown = mapToScene(viewport()->visibleRegion().boundingRect()).boundingRect();
     const QColor colour = QColor::fromRgbF(0.0f, 0.0f, 0.0f, float(alpha));
     for (const auto& node : nodes_) {
-        if (auto* shadow =
-                qobject_cast<QGraphicsDropShadowEffect*>(node->rootView()->graphicsEffect())) {
+        SlideCarrierView* slide = node->rootView();
+        auto* shadow = qobject_cast<QGraphicsDropShadowEffect*>(slide->graphicsEffect());
+        if (shadow != nullptr && (all || slide->sceneBoundingRect().intersects(shown))) {
             shadow->setColor(colour);
         }
     }
 }
 
-// An invisible shadow still costs a blur on every paint.
-void AssetCollectionView::dropShadowsIfOff() {
+// At the end every card takes the final shadow; faded-out shadows come off,
+// since an invisible shadow still costs a blur on every paint.
+void AssetCollectionView::finishShadowFade() {
     if (slidesHaveShadows_) {
+        setShadowAlpha(shadowAlpha_);
         return;
     }
     for (const auto& node : nodes_) {

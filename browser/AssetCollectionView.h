@@ -102,7 +102,7 @@ class AssetCollectionView : public QGraphicsView {
     void stopLayoutCycleTimer();
     void applyShadow(SlideCarrierView* slide) const;
     void setShadowAlpha(qreal alpha);
-    void dropShadowsIfOff();
+    void finishShadowFade();
     void updateBackgroundTimer();
     void stepBackground();
 
