@@ -6,7 +6,7 @@ CMAKE_FLAGS ?= -DCMAKE_BUILD_TYPE=RelWithDebInfo
 
 # Debian packages the project builds, runs and tests with.
 PACKAGES := cmake g++ make pkg-config \
-	qt6-base-dev qt6-base-dev-tools qt6-image-formats-plugins libgl-dev \
+	qt6-base-dev qt6-base-dev-tools qt6-image-formats-plugins qt6-multimedia-dev libgl-dev \
 	libexiv2-dev libicu-dev fonts-dejavu-core fonts-dejavu-extra \
 	libjpeg-turbo-progs xvfb xauth
 

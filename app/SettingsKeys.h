@@ -12,4 +12,8 @@ inline constexpr const char* kStandardFontHeight = "standardFontHeight";
 inline constexpr const char* kIsSafety = "isSafety";
 inline constexpr const char* kDateTimeString = "dateTimeString";
 inline constexpr const char* kTrue = "true";
+// The browser's View options, each "true" or "false".
+inline constexpr const char* kBrowserShadows = "browserShadows";
+inline constexpr const char* kBrowserAnimatedBackground = "browserAnimatedBackground";
+inline constexpr const char* kBrowserCyclesLayout = "browserCyclesLayout";
 }  // namespace SettingsKeys

@@ -60,6 +60,7 @@ void StampwiseAppDelegate::connectToWindow(MainWindow* window) {
 
     window->setShouldClose([this, window] { return windowShouldClose(window); });
     connectImports(window);
+    connectBrowserOptions(window);
 
     QList<QObject*> tagged = window->findChildren<QObject*>();
     for (QObject* object : tagged) {
@@ -96,6 +97,7 @@ void StampwiseAppDelegate::applicationDidFinishLaunching() {
     state_.catalog.isLoadDirectory = false;
     state_.placement.isFirstTime = 0;
     defaultLoadAppSetting();
+    loadBrowserOptions();
     if (auto* label = qobject_cast<QLabel*>(getGUIObject(Tag::kLabelTextField, nullptr))) {
         QPalette pal = label->palette();
         pal.setColor(QPalette::WindowText, state_.style.aColor);

@@ -40,7 +40,7 @@ class QWidget;
 // quitting, notifications), ...Settings.cpp, ...Dispatch.cpp, ...Toolbar.cpp
 // (enabled states and counters), ...Catalog.cpp (catalog commands),
 // ...ModelPhoto.cpp (model photo, date text, measuring), ...PreviewLayout.cpp,
-// ...Style.cpp (font and colour) and ...StampRun.cpp.
+// ...Style.cpp (font and colour), ...BrowserOptions.cpp and ...StampRun.cpp.
 class StampwiseAppDelegate : public QObject, public MyProtocolDelegate {
     Q_OBJECT
   public:
@@ -243,6 +243,9 @@ class StampwiseAppDelegate : public QObject, public MyProtocolDelegate {
         QStringList paths;
     };
     void connectImports(MainWindow* window);
+    // The View menu's browser options (StampwiseAppDelegateBrowserOptions.cpp).
+    void connectBrowserOptions(MainWindow* window);
+    void loadBrowserOptions();
     void watchCatalog(AssetCollection& catalog);
     void runPendingImports();
     void scheduleAmountInfo();

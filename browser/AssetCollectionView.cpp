@@ -12,6 +12,7 @@
 #include <cmath>
 
 #include "browser/AssetCollectionViewNode.h"
+#include "browser/CellsBackground.h"
 #include "browser/SlideCarrierView.h"
 #include "browser/ViewLayout.h"
 #include "catalog/AssetCollection.h"
@@ -26,6 +27,12 @@ constexpr int kPlainLayoutMs = 250;
 constexpr int kBatchMs = 30;
 constexpr int kFrameMs = 16;
 constexpr qint32 kScatterLayout = 2;
+constexpr int kShadowFadeMs = 500;
+constexpr qreal kShadowAlpha = 0.75;
+// The cells drift slowly; a modest rate looks smooth and leaves the cards' frames alone.
+constexpr int kBackgroundFrameMs = 66;
+// The cells are drawn at an eighth of the view's size and scaled up.
+constexpr int kBackgroundScale = 8;
 }  // namespace
 
 AssetCollectionView::AssetCollectionView(QWidget* parent)
@@ -57,6 +64,14 @@ AssetCollectionView::AssetCollectionView(QWidget* parent)
     animationTick_.setInterval(kFrameMs);
     connect(&animationTick_, &QTimer::timeout, this, &AssetCollectionView::stepAnimations);
     connect(&layoutTimer_, &QTimer::timeout, this, &AssetCollectionView::cycleLayout);
+    shadowFade_.setDuration(kShadowFadeMs);
+    shadowFade_.setEasingCurve(easing_);
+    connect(&shadowFade_, &QVariantAnimation::valueChanged, this,
+            [this](const QVariant& value) { setShadowAlpha(value.toReal()); });
+    connect(&shadowFade_, &QVariantAnimation::finished, this,
+            &AssetCollectionView::finishShadowFade);
+    backgroundTick_.setInterval(kBackgroundFrameMs);
+    connect(&backgroundTick_, &QTimer::timeout, this, &AssetCollectionView::stepBackground);
     clock_.start();
 }
 
@@ -324,9 +339,16 @@ void AssetCollectionView::setSlidesHaveShadows(bool on) {
         return;
     }
     slidesHaveShadows_ = on;
-    for (const auto& node : nodes_) {
-        applyShadow(node->rootView());
+    if (on) {
+        for (const auto& node : nodes_) {
+            applyShadow(node->rootView());
+        }
     }
+    // A fade still running carries on from where it is.
+    shadowFade_.stop();
+    shadowFade_.setStartValue(shadowAlpha_);
+    shadowFade_.setEndValue(on ? kShadowAlpha : 0.0);
+    shadowFade_.start();
 }
 
 void AssetCollectionView::applyShadow(SlideCarrierView* slide) const {
@@ -334,12 +356,67 @@ void AssetCollectionView::applyShadow(SlideCarrierView* slide) const {
         slide->setGraphicsEffect(nullptr);
         return;
     }
-    // 3 points right and 3 down, soft, three-quarters black.
+    if (slide->graphicsEffect() != nullptr) {
+        return;
+    }
+    // 3 points right and 3 down, soft, black as dark as the others are now.
     auto* shadow = new QGraphicsDropShadowEffect;
     shadow->setOffset(3, 3);
     shadow->setBlurRadius(4);
-    shadow->setColor(QColor::fromRgbF(0.0f, 0.0f, 0.0f, 0.75f));
+    shadow->setColor(QColor::fromRgbF(0.0f, 0.0f, 0.0f, float(shadowAlpha_)));
     slide->setGraphicsEffect(shadow);
+}
+
+void AssetCollectionView::setShadowAlpha(qreal alpha) {
+    shadowAlpha_ = alpha;
+    // Mid-fade only the cards in sight follow: a change to a shadow repaints its
+    // card, thousands of them every frame. The end of the fade sets them all.
+    const bool all = shadowFade_.state() != QAbstractAnimation::Running;
+    const QRectF shown = mapToScene(viewport()->visibleRegion().boundingRect()).boundingRect();
+    const QColor colour = QColor::fromRgbF(0.0f, 0.0f, 0.0f, float(alpha));
+    for (const auto& node : nodes_) {
+        SlideCarrierView* slide = node->rootView();
+        auto* shadow = qobject_cast<QGraphicsDropShadowEffect*>(slide->graphicsEffect());
+        if (shadow != nullptr && (all || slide->sceneBoundingRect().intersects(shown))) {
+            shadow->setColor(colour);
+        }
+    }
+}
+
+// At the end every card takes the final shadow; faded-out shadows come off,
+// since an invisible shadow still costs a blur on every paint.
+void AssetCollectionView::finishShadowFade() {
+    if (slidesHaveShadows_) {
+        setShadowAlpha(shadowAlpha_);
+        return;
+    }
+    for (const auto& node : nodes_) {
+        node->rootView()->setGraphicsEffect(nullptr);
+    }
+}
+
+void AssetCollectionView::setUsesQuartzCompositionBackground(bool on) {
+    if (on == usesQuartzCompositionBackground_) {
+        return;
+    }
+    usesQuartzCompositionBackground_ = on;
+    cells_ = QImage();
+    cellsMs_ = -1;
+    updateBackgroundTimer();
+    viewport()->update();
+}
+
+void AssetCollectionView::updateBackgroundTimer() {
+    if (usesQuartzCompositionBackground_ && isVisible()) {
+        backgroundTick_.start();
+    } else {
+        backgroundTick_.stop();
+    }
+}
+
+void AssetCollectionView::stepBackground() {
+    // Only the part the scroll area shows; the rest is repainted when it comes into sight.
+    viewport()->update(viewport()->visibleRegion());
 }
 
 void AssetCollectionView::drawBackground(QPainter* painter, const QRectF& rect) {
@@ -349,6 +426,19 @@ void AssetCollectionView::drawBackground(QPainter* painter, const QRectF& rect) 
     gradient.setColorAt(0, QColor::fromRgbF(0.27f, 0.27f, 0.27f));
     gradient.setColorAt(1, QColor::fromRgbF(0.08f, 0.08f, 0.08f));
     painter->fillRect(rect, gradient);
+    if (!usesQuartzCompositionBackground_) {
+        return;
+    }
+    // The cells stay put in the visible part while the view scrolls under it.
+    const QRectF shown = mapToScene(viewport()->visibleRegion().boundingRect()).boundingRect();
+    const qint64 now = clock_.elapsed() / kBackgroundFrameMs * kBackgroundFrameMs;
+    if (cells_.isNull() || shown != cellsRect_ || now != cellsMs_) {
+        const QSize small((shown.size() / kBackgroundScale).toSize().expandedTo(QSize(1, 1)));
+        cells_ = CellsBackground::frame(small, double(now) / 1000);
+        cellsRect_ = shown;
+        cellsMs_ = now;
+    }
+    painter->drawImage(cellsRect_, cells_);
 }
 
 void AssetCollectionView::resizeEvent(QResizeEvent* event) {
@@ -358,6 +448,16 @@ void AssetCollectionView::resizeEvent(QResizeEvent* event) {
     if (!nodes_.empty()) {
         scheduleLayout();
     }
+}
+
+void AssetCollectionView::showEvent(QShowEvent* event) {
+    QGraphicsView::showEvent(event);
+    updateBackgroundTimer();
+}
+
+void AssetCollectionView::hideEvent(QHideEvent* event) {
+    QGraphicsView::hideEvent(event);
+    updateBackgroundTimer();
 }
 
 void AssetCollectionView::keyPressEvent(QKeyEvent* event) {

@@ -3,10 +3,12 @@
 #include <QEasingCurve>
 #include <QElapsedTimer>
 #include <QGraphicsView>
+#include <QImage>
 #include <QList>
 #include <QPointer>
 #include <QStringList>
 #include <QTimer>
+#include <QVariantAnimation>
 #include <memory>
 #include <vector>
 
@@ -73,13 +75,20 @@ class AssetCollectionView : public QGraphicsView {
     void setLayoutCycleInterval(double seconds);
     void cycleLayout();
 
-    // A drop shadow under every card; off unless asked for.
+    // A drop shadow under every card, fading in and out over half a second;
+    // off unless asked for.
     bool slidesHaveShadows() const { return slidesHaveShadows_; }
     void setSlidesHaveShadows(bool on);
+
+    // Slowly drifting light cells behind the cards; off unless asked for.
+    bool usesQuartzCompositionBackground() const { return usesQuartzCompositionBackground_; }
+    void setUsesQuartzCompositionBackground(bool on);
 
   protected:
     void drawBackground(QPainter* painter, const QRectF& rect) override;
     void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
     // Arrows and Home/End move between cards in display order, Space ticks,
     // Enter makes the photo the model.
     void keyPressEvent(QKeyEvent* event) override;
@@ -92,6 +101,10 @@ class AssetCollectionView : public QGraphicsView {
     void startLayoutCycleTimer();
     void stopLayoutCycleTimer();
     void applyShadow(SlideCarrierView* slide) const;
+    void setShadowAlpha(qreal alpha);
+    void finishShadowFade();
+    void updateBackgroundTimer();
+    void stepBackground();
 
     bool isLoadDirectory_ = false;
     QPointer<AssetCollection> assetCollection_;
@@ -102,6 +115,15 @@ class AssetCollectionView : public QGraphicsView {
     qint32 subviewsLayoutType_ = 3;
     QList<AssetSort::SortRule> sortDescriptors_;
     bool slidesHaveShadows_ = false;
+    // One fade drives every card's shadow; cards come and go with it.
+    QVariantAnimation shadowFade_;
+    qreal shadowAlpha_ = 0;
+    bool usesQuartzCompositionBackground_ = false;
+    QTimer backgroundTick_;
+    // The last frame of the cells, kept until the clock or the visible part moves.
+    QImage cells_;
+    QRectF cellsRect_;
+    qint64 cellsMs_ = -1;
     QPointer<SlideCarrierView> current_;
 
     QGraphicsScene scene_;

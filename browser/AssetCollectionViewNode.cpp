@@ -28,6 +28,7 @@ void AssetCollectionViewNode::setAsset(const std::shared_ptr<Asset>& asset) {
         disconnect(asset_.get(), nullptr, this, nullptr);
     }
     asset_ = asset;
+    rootView_->releaseHighlightSound();
     if (!asset_) {
         return;
     }

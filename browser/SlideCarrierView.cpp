@@ -14,6 +14,7 @@
 #include <QWidget>
 #include <algorithm>
 
+#include "browser/ClickSound.h"
 #include "platform/NotificationCenter.h"
 #include "platform/NotificationNames.h"
 #include "preview/Pointillize.h"
@@ -320,7 +321,15 @@ void SlideCarrierView::doHighlightEffect(bool on) {
     effect_ = Pointillize::render(card, kEffectRadius, centre);
     effectOpacity_ = 1;
     update();
+    if (!highlightSound_) {
+        highlightSound_ = ClickSound::shared();
+    }
+    highlightSound_->play();
     NotificationCenter::defaultCenter().post(NotificationNames::kSelectImageHighlight);
+}
+
+void SlideCarrierView::releaseHighlightSound() {
+    highlightSound_.reset();
 }
 
 void SlideCarrierView::mousePressEvent(QGraphicsSceneMouseEvent* event) {

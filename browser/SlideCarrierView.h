@@ -5,7 +5,9 @@
 #include <QPixmap>
 #include <QPointer>
 #include <QString>
+#include <memory>
 
+class ClickSound;
 class QEasingCurve;
 class QVariantAnimation;
 
@@ -50,7 +52,12 @@ class SlideCarrierView : public QGraphicsObject {
     QPointF targetPos() const { return targetPos_; }
     qreal targetRotation() const { return targetRotation_; }
 
+    // On at once with a click sound, off fading over half a second.
     void doHighlightEffect(bool on);
+    // How much of the click effect shows, 0 to 1.
+    qreal highlightOpacity() const { return effectOpacity_; }
+    // The card now shows another photo; its next press loads the sound again.
+    void releaseHighlightSound();
 
     // Draws the card's face into its pixmap if something on it changed since;
     // the widget gives the tick box its style.
@@ -104,4 +111,5 @@ class SlideCarrierView : public QGraphicsObject {
     QImage effect_;
     qreal effectOpacity_ = 0;
     QPointer<QVariantAnimation> effectFade_;
+    std::shared_ptr<ClickSound> highlightSound_;
 };

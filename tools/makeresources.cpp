@@ -1,14 +1,17 @@
-// Draws the preview's two transition images into a folder:
+// Makes the built-in resources into a folder:
 //   restrictedshine.tiff  the shine that lights the page curl and the ripple
 //   transitionmask.jpg    the grey mask the disintegrate transition follows
+//   click.wav             the short signal a browser card gives when pressed
 // Usage: makeresources <output folder>
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 #include <QImage>
 #include <QImageWriter>
 #include <QTextStream>
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 #include <utility>
 #include <vector>
 
@@ -86,6 +89,52 @@ QImage makeMask() {
     return image;
 }
 
+// Two short beeps, dit-dit, as mono 16-bit PCM in a WAV file: soft edges so
+// they do not crackle, and quiet enough to repeat on every press.
+QByteArray makeClick() {
+    constexpr int kRate = 22050;
+    constexpr double kPitch = 880.0;
+    constexpr double kDit = 0.04;
+    constexpr double kGap = 0.03;
+    constexpr double kRamp = 0.004;
+    const int frames = static_cast<int>((2 * kDit + kGap) * kRate);
+    QByteArray pcm;
+    pcm.reserve(frames * 2);
+    for (int i = 0; i < frames; ++i) {
+        const double t = double(i) / kRate;
+        const double local = t < kDit ? t : t - kDit - kGap;
+        double level = 0.0;
+        if (local >= 0.0 && local < kDit) {
+            level = std::min({1.0, local / kRamp, (kDit - local) / kRamp});
+        }
+        const auto sample = static_cast<qint16>(
+            std::lround(0.35 * 32767 * level * std::sin(2 * std::numbers::pi * kPitch * t)));
+        pcm.append(static_cast<char>(sample & 0xff));
+        pcm.append(static_cast<char>((sample >> 8) & 0xff));
+    }
+    const auto le32 = [](quint32 v) {
+        QByteArray b(4, 0);
+        for (int k = 0; k < 4; ++k) {
+            b[k] = static_cast<char>((v >> (8 * k)) & 0xff);
+        }
+        return b;
+    };
+    const auto le16 = [&le32](quint16 v) { return le32(v).left(2); };
+    QByteArray wav = "RIFF" + le32(36 + quint32(pcm.size())) + "WAVEfmt " + le32(16) + le16(1) +
+                     le16(1) + le32(kRate) + le32(kRate * 2) + le16(2) + le16(16) + "data" +
+                     le32(quint32(pcm.size()));
+    return wav + pcm;
+}
+
+bool writeBytes(const QByteArray& bytes, const QString& path) {
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
+        QTextStream(stderr) << path << ": " << file.errorString() << "\n";
+        return false;
+    }
+    return true;
+}
+
 bool write(const QImage& image, const QString& path, const char* format, int quality) {
     QImageWriter writer(path, format);
     if (quality >= 0) {
@@ -112,6 +161,7 @@ int main(int argc, char** argv) {
         return 1;
     }
     const bool ok = write(makeShine(), out.filePath("restrictedshine.tiff"), "tiff", -1) &&
-                    write(makeMask(), out.filePath("transitionmask.jpg"), "jpg", 92);
+                    write(makeMask(), out.filePath("transitionmask.jpg"), "jpg", 92) &&
+                    writeBytes(makeClick(), out.filePath("click.wav"));
     return ok ? 0 : 1;
 }

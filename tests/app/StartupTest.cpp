@@ -113,6 +113,32 @@ class StartupTest : public QObject {
         QCOMPARE(d.aFont().pointSizeF(), expectedFontSize);
     }
 
+    // Each View option reaches the browser and is back at the next start,
+    // the others staying off.
+    void browserOptionsRemembered_data() {
+        QTest::addColumn<QString>("action");
+        QTest::newRow("shadows") << "actionDropShadows";
+        QTest::newRow("background") << "actionAnimatedBackground";
+        QTest::newRow("layout") << "actionChangeLayoutAutomatically";
+    }
+    void browserOptionsRemembered() {
+        QFETCH(QString, action);
+        AppFixture app;
+        app.start();
+        const QByteArray name = action.toLatin1();
+        qobject_cast<QAction*>(app.named(name.constData()))->trigger();
+        for (int run = 0; run < 2; ++run) {
+            const auto* view = app.window->findChild<AssetCollectionView*>();
+            QCOMPARE(
+                (QList<bool>{view->slidesHaveShadows(), view->usesQuartzCompositionBackground(),
+                             view->autoCyclesLayout()}),
+                (QList<bool>{action == "actionDropShadows", action == "actionAnimatedBackground",
+                             action == "actionChangeLayoutAutomatically"}));
+            QVERIFY(qobject_cast<QAction*>(app.named(name.constData()))->isChecked());
+            app.start();
+        }
+    }
+
     void centredOrigin() {
         QCOMPARE(WindowPlacement::centredOrigin(QSizeF(1440, 900), QSizeF(1000, 700)),
                  QPointF(220, 100));

@@ -1,3 +1,5 @@
+#include <QGraphicsDropShadowEffect>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 #include <algorithm>
@@ -116,22 +118,26 @@ class AssetCollectionViewTest : public QObject {
         }
     }
 
-    // A press on the picture tells the controller which photo; a press on the
-    // tick box sets the flag before the controller hears of it.
+    // A press on the picture tells the controller which photo and shows the
+    // click effect until the release fades it; a press on the tick box sets
+    // the flag before the controller hears of it.
     void cardPress_data() {
         QTest::addColumn<bool>("onTickBox");
         QTest::addColumn<QStringList>("posted");
         QTest::addColumn<bool>("included");
+        QTest::addColumn<qreal>("effect");
         QTest::newRow("picture") << false
                                  << QStringList{"selectImageHighlight:",
                                                 "selectImageMouseDown:/photos/b.jpg"}
-                                 << true;
-        QTest::newRow("tick box") << true << QStringList{"clickTitleCheckBox:false"} << false;
+                                 << true << 1.0;
+        QTest::newRow("tick box") << true << QStringList{"clickTitleCheckBox:false"} << false
+                                  << 0.0;
     }
     void cardPress() {
         QFETCH(bool, onTickBox);
         QFETCH(QStringList, posted);
         QFETCH(bool, included);
+        QFETCH(qreal, effect);
         Browser browser({"a.jpg", "b.jpg"});
         browser.view.show();
         QVERIFY(QTest::qWaitForWindowExposed(&browser.view));
@@ -160,13 +166,18 @@ class AssetCollectionViewTest : public QObject {
             browser.view.mapFromScene(card->mapToScene(SlideCarrierView::checkBoxRect()))
                 .boundingRect();
         const QImage before = browser.view.grab(box).toImage();
+        // The first press loads the click sound; without audio it stays quiet.
+        QTest::failOnWarning(QRegularExpression("."));
         QTest::mousePress(browser.view.viewport(), Qt::LeftButton, {}, at);
+        QCOMPARE(card->highlightOpacity(), effect);
         QTest::mouseRelease(browser.view.viewport(), Qt::LeftButton, {}, at);
         // The card keeps its drawing between changes; a press must still show.
         QVERIFY(browser.view.grab(box).toImage() != before);
         QCOMPARE(seen, posted);
         QCOMPARE(asset->includedInSlideshow(), included);
         QCOMPARE(card->isChecked(), included);
+        QCOMPARE(card->highlightOpacity(), effect);
+        QTRY_COMPARE(card->highlightOpacity(), 0.0);
     }
 
     // The layout numbers go round 0 to 3; a number without a layout is kept
@@ -194,6 +205,44 @@ class AssetCollectionViewTest : public QObject {
         // Turning the cycle on moves on at once.
         browser.view.setAutoCyclesLayout(true);
         QCOMPARE(browser.view.subviewsLayoutType(), (next + 1) % 4);
+    }
+
+    // Shadows fade in on every card within half a second, later cards come
+    // with the full shadow, and fading out takes the shadows off.
+    void shadows() {
+        Browser browser({"a.jpg", "b.jpg"});
+        const auto shadow = [&browser](std::size_t i) {
+            return qobject_cast<QGraphicsDropShadowEffect*>(
+                browser.view.nodes().at(i)->rootView()->graphicsEffect());
+        };
+        const QColor full = QColor::fromRgbF(0, 0, 0, 0.75f);
+        browser.view.setSlidesHaveShadows(true);
+        QVERIFY(shadow(0) && shadow(0)->color().alpha() < full.alpha());
+        QTRY_COMPARE_WITH_TIMEOUT(shadow(1)->color(), full, 1000);
+        browser.catalog.addAsset(photo("c.jpg"));
+        for (std::size_t i = 0; i < 3; ++i) {
+            QVERIFY(shadow(i));
+            QCOMPARE(shadow(i)->offset(), QPointF(3, 3));
+            QCOMPARE(shadow(i)->blurRadius(), 4.0);
+            QCOMPARE(shadow(i)->color(), full);
+        }
+        browser.view.setSlidesHaveShadows(false);
+        QVERIFY(shadow(2));
+        QTRY_VERIFY_WITH_TIMEOUT(!shadow(0) && !shadow(1) && !shadow(2), 1000);
+    }
+
+    // The cells move behind the cards while on; off leaves the plain gradient.
+    void animatedBackground() {
+        Browser browser({});
+        browser.view.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&browser.view));
+        const QImage plain = browser.view.grab().toImage();
+        browser.view.setUsesQuartzCompositionBackground(true);
+        const QImage cells = browser.view.grab().toImage();
+        QVERIFY(cells != plain);
+        QTRY_VERIFY(browser.view.grab().toImage() != cells);
+        browser.view.setUsesQuartzCompositionBackground(false);
+        QCOMPARE(browser.view.grab().toImage(), plain);
     }
 
     // Arrows move between cards in display order, Space ticks, Enter makes the model.
