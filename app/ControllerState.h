@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "stamp/StampGeometry.h"
+#include "stamp/StampOptions.h"
 
 // What the application controller knows, grouped by topic. Plain values only:
 // the controller's files read and write them, widgets never see them.
@@ -70,4 +71,5 @@ struct ControllerState {
     ModelPhoto model;
     LabelPlacement placement;
     CatalogView catalog;
+    StampOptions options;
 };

@@ -9,8 +9,10 @@
 #include "app/CommandArguments.h"
 #include "app/SettingValues.h"
 #include "app/SettingsKeys.h"
+#include "app/StampOptionsStore.h"
 #include "catalog/AssetCollection.h"
 #include "catalog/ImageAsset.h"
+#include "datetext/DateShift.h"
 #include "datetext/DateText.h"
 #include "datetext/PhotoDate.h"
 
@@ -59,7 +61,9 @@ QStringList InfoCommand::expand(const QString& path) {
     return photos;
 }
 
-QJsonObject InfoCommand::describe(const QString& path, qint64 dateType, qint64 timeType) {
+QJsonObject InfoCommand::describe(const QString& path, qint64 dateType, qint64 timeType,
+                                  const StampOptions& options) {
+    (void)options;
     ImageAsset asset(QUrl::fromLocalFile(path));
     const bool readable = asset.createImageSource();
     QJsonObject record;
@@ -99,6 +103,10 @@ void InfoCommand::printUsage(QTextStream& stream) const {
               "\n"
               "  --date-type N  date layout 0-3 (default: the saved choice)\n"
               "  --time-type N  time layout 0-2 (default: the saved choice)\n"
+              "  --upright      sizes of the photo turned by its orientation tag\n"
+              "  --shift SHIFT  add [+|-][Nd]HH:MM[:SS] to the photo's date\n"
+              "  --names        a photo without an EXIF date takes one from its file name\n"
+              "  --plain        none of these three unless given (default: the saved choices)\n"
               "  --json         one JSON array of objects instead of lines\n"
               "  --help         this text\n";
 }
@@ -109,7 +117,12 @@ int InfoCommand::run(const QStringList& arguments) {
     const QCommandLineOption timeOption("time-type", "", "N");
     const QCommandLineOption jsonOption("json");
     const QCommandLineOption helpOption("help");
-    parser.addOptions({dateOption, timeOption, jsonOption, helpOption});
+    const QCommandLineOption uprightOption("upright");
+    const QCommandLineOption shiftOption("shift", "", "SHIFT");
+    const QCommandLineOption namesOption("names");
+    const QCommandLineOption plainOption("plain");
+    parser.addOptions({dateOption, timeOption, jsonOption, helpOption, uprightOption, shiftOption,
+                       namesOption, plainOption});
     if (!parser.parse(QStringList{QStringLiteral("stampwise-info")} + arguments)) {
         err_ << "stampwise info: " << parser.errorText() << "\n";
         printUsage(err_);
@@ -140,6 +153,18 @@ int InfoCommand::run(const QStringList& arguments) {
         }
         timeType = *value;
     }
+    StampOptions options =
+        parser.isSet(plainOption) ? StampOptions{} : StampOptionsStore::load(settings);
+    options.upright = options.upright || parser.isSet(uprightOption);
+    options.names = options.names || parser.isSet(namesOption);
+    if (parser.isSet(shiftOption)) {
+        const std::optional<qint64> seconds = DateShift::parse(parser.value(shiftOption));
+        if (!seconds) {
+            err_ << "stampwise info: --shift takes [+|-][Nd]HH:MM[:SS], like +01:00\n";
+            return kUsageError;
+        }
+        options.shiftSeconds = *seconds;
+    }
     if (parser.positionalArguments().isEmpty()) {
         printUsage(err_);
         return kUsageError;
@@ -148,7 +173,7 @@ int InfoCommand::run(const QStringList& arguments) {
     QJsonArray records;
     for (const QString& argument : parser.positionalArguments()) {
         for (const QString& photo : expand(argument)) {
-            const QJsonObject record = describe(photo, dateType, timeType);
+            const QJsonObject record = describe(photo, dateType, timeType, options);
             if (parser.isSet(jsonOption)) {
                 records.append(record);
                 continue;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "stamp/StampOptions.h"
+
 #include <QJsonObject>
 #include <QString>
 #include <QStringList>
@@ -18,7 +20,8 @@ class InfoCommand {
     int run(const QStringList& arguments);
 
     // The record for one photo path, as the JSON output carries it.
-    static QJsonObject describe(const QString& path, qint64 dateType, qint64 timeType);
+    static QJsonObject describe(const QString& path, qint64 dateType, qint64 timeType,
+                                const StampOptions& options = {});
 
     // The photo paths that PATH stands for: a folder's photo entries, or the
     // path itself; each filtered by the image file types.

@@ -16,4 +16,12 @@ inline constexpr const char* kTrue = "true";
 inline constexpr const char* kBrowserShadows = "browserShadows";
 inline constexpr const char* kBrowserAnimatedBackground = "browserAnimatedBackground";
 inline constexpr const char* kBrowserCyclesLayout = "browserCyclesLayout";
+// The stamp options, each "true" or "false"; the date shift as [+|-][Nd]HH:MM[:SS].
+inline constexpr const char* kOptionUpright = "optionUpright";
+inline constexpr const char* kOptionKeepFormat = "optionKeepFormat";
+inline constexpr const char* kOptionOutline = "optionOutline";
+inline constexpr const char* kOptionShadow = "optionShadow";
+inline constexpr const char* kOptionBox = "optionBox";
+inline constexpr const char* kOptionShift = "optionShift";
+inline constexpr const char* kOptionNames = "optionNames";
 }  // namespace SettingsKeys

@@ -1,7 +1,5 @@
 #include "app/StampCommand.h"
 
-#include "app/CommandArguments.h"
-
 #include <QCommandLineParser>
 #include <QFileInfo>
 #include <QFontInfo>
@@ -16,8 +14,10 @@
 #include "app/InfoCommand.h"
 #include "app/SettingValues.h"
 #include "app/SettingsKeys.h"
+#include "app/StampOptionsStore.h"
 #include "catalog/ImageAsset.h"
 #include "catalog/ImageSource.h"
+#include "datetext/DateShift.h"
 #include "datetext/DateText.h"
 #include "datetext/PhotoDate.h"
 #include "stamp/PreviewLayout.h"
@@ -158,6 +158,18 @@ void StampCommand::printUsage(QTextStream& stream) const {
               "  --margin              keep the stamp inside the centred 83% x 95% of a photo\n"
               "  --model PATH          the photo the label is placed on (default: the first\n"
               "                        photo that can be read)\n"
+              "  --upright             turn photos by their orientation tag first\n"
+              "  --keep-format         keep each photo's format and its EXIF, IPTC and XMP\n"
+              "                        (JPEG at its own quality; PCX and BMP as BMP)\n"
+              "  --outline, --shadow, --box\n"
+              "                        a contrasting outline, a soft shadow or a translucent\n"
+              "                        box behind the text\n"
+              "  --shift [+|-][Nd]HH:MM[:SS]\n"
+              "                        add this to every photo's date (a wrong camera clock)\n"
+              "  --names               a photo without an EXIF date takes one from its file\n"
+              "                        name (IMG_20140305_133456.jpg) before its file date\n"
+              "  --plain               none of the options above unless given here (the\n"
+              "                        window's saved options apply otherwise)\n"
               "  --jobs N              photos stamped at once (default: one per core)\n"
               "  --dry-run             say what would be written, write nothing\n"
               "  --help                this text\n"
@@ -190,8 +202,18 @@ int StampCommand::run(const QStringList& arguments) {
     const QCommandLineOption jobs("jobs", "", "N");
     const QCommandLineOption dryRun("dry-run");
     const QCommandLineOption help("help");
-    parser.addOptions({output, source, text, dateType, timeType, fontFamily, size, bold, italic,
-                       color, place, margin, model, jobs, dryRun, help});
+    const QCommandLineOption upright("upright");
+    const QCommandLineOption keepFormat("keep-format");
+    const QCommandLineOption outline("outline");
+    const QCommandLineOption shadow("shadow");
+    const QCommandLineOption box("box");
+    const QCommandLineOption shift("shift", "", "SHIFT");
+    const QCommandLineOption names("names");
+    const QCommandLineOption plain("plain");
+    parser.addOptions({output,  source, text,   dateType, timeType, fontFamily,
+                       size,    bold,   italic, color,    place,    margin,
+                       model,   jobs,   dryRun, help,     upright,  keepFormat,
+                       outline, shadow, box,    shift,    names,    plain});
     if (!parser.parse(QStringList{QStringLiteral("stampwise-stamp")} + arguments)) {
         printUsage(err_);
         return usageError(parser.errorText());
@@ -281,6 +303,23 @@ int StampCommand::run(const QStringList& arguments) {
                            "bottom-right or X,Y with X and Y from 0 to 1"));
     }
     job.margin = parser.isSet(margin);
+    if (!parser.isSet(plain)) {
+        job.options = StampOptionsStore::load(QSettings());
+    }
+    job.options.upright = job.options.upright || parser.isSet(upright);
+    job.options.keepFormat = job.options.keepFormat || parser.isSet(keepFormat);
+    job.options.outline = job.options.outline || parser.isSet(outline);
+    job.options.shadow = job.options.shadow || parser.isSet(shadow);
+    job.options.box = job.options.box || parser.isSet(box);
+    job.options.names = job.options.names || parser.isSet(names);
+    if (parser.isSet(shift)) {
+        const std::optional<qint64> seconds = DateShift::parse(parser.value(shift));
+        if (!seconds) {
+            return usageError(
+                QStringLiteral("--shift takes [+|-][Nd]HH:MM[:SS], like +01:00 or -1d00:30"));
+        }
+        job.options.shiftSeconds = *seconds;
+    }
     int workers = 0;
     if (parser.isSet(jobs)) {
         const auto value = integerIn(parser.value(jobs), 0, 4096);

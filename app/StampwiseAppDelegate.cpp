@@ -1,5 +1,7 @@
 #include "app/StampwiseAppDelegate.h"
 
+#include "app/OptionsWindowController.h"
+
 #include <QAbstractButton>
 #include <QAction>
 #include <QComboBox>
@@ -61,6 +63,9 @@ void StampwiseAppDelegate::connectToWindow(MainWindow* window) {
     window->setShouldClose([this, window] { return windowShouldClose(window); });
     connectImports(window);
     connectBrowserOptions(window);
+    if (auto* options = window->findChild<QAbstractButton*>(QStringLiteral("optionsButton"))) {
+        connect(options, &QAbstractButton::clicked, this, &StampwiseAppDelegate::openOptionsWindow);
+    }
 
     QList<QObject*> tagged = window->findChildren<QObject*>();
     for (QObject* object : tagged) {
@@ -98,6 +103,7 @@ void StampwiseAppDelegate::applicationDidFinishLaunching() {
     state_.placement.isFirstTime = 0;
     defaultLoadAppSetting();
     loadBrowserOptions();
+    loadStampOptions();
     if (auto* label = qobject_cast<QLabel*>(getGUIObject(Tag::kLabelTextField, nullptr))) {
         QPalette pal = label->palette();
         pal.setColor(QPalette::WindowText, state_.style.aColor);

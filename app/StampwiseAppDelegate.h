@@ -29,6 +29,7 @@ class ColourChooser;
 class FontChooser;
 class ImageSource;
 class RunProgress;
+class OptionsWindowController;
 class QComboBox;
 class QTimer;
 class OpenPanel;
@@ -118,6 +119,12 @@ class StampwiseAppDelegate : public QObject, public MyProtocolDelegate {
     int validModesForFontPanel() const;
     void openColorPanel();
     void colorUpdate(const QColor& colour);
+
+    // The stamp options (StampwiseAppDelegateOptions.cpp): the Options window
+    // changes them at once, they are saved, and the model photo follows.
+    const StampOptions& stampOptions() const { return state_.options; }
+    void setStampOptions(const StampOptions& options);
+    void openOptionsWindow();
 
     // The stamp run; it works on a thread of its own while the window answers.
     void runIt();
@@ -246,6 +253,8 @@ class StampwiseAppDelegate : public QObject, public MyProtocolDelegate {
     // The View menu's browser options (StampwiseAppDelegateBrowserOptions.cpp).
     void connectBrowserOptions(MainWindow* window);
     void loadBrowserOptions();
+    void loadStampOptions();
+    std::unique_ptr<OptionsWindowController> optionsWindow_;
     void watchCatalog(AssetCollection& catalog);
     void runPendingImports();
     void scheduleAmountInfo();

@@ -89,6 +89,7 @@ void StampwiseAppDelegate::runIt() {
     job.labelTextSize = getOutputStandardFontSize(getGUIObject(Tag::kLabelTextField, nullptr));
     job.margin = marginIsOn();
     job.outputFolder = folder;
+    job.options = state_.options;
 
     auto run = std::make_unique<RunProgress>(std::move(job), window_);
     const QString refusal = run->refusal();

@@ -7,6 +7,7 @@
 #include <QStringList>
 
 #include "stamp/StampGeometry.h"
+#include "stamp/StampOptions.h"
 
 // Everything a stamp run needs, copied from the window or the command line so
 // the run never reads their state while it works.
@@ -24,6 +25,7 @@ struct StampJob {
     QSizeF labelTextSize;
     bool margin = false;
     QString outputFolder;
+    StampOptions options;
     // Reads headers and dates only: nothing is decoded, drawn or written, and
     // "written" in an outcome means "would be written".
     bool dryRun = false;

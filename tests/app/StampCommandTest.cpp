@@ -76,6 +76,8 @@ class StampCommandTest : public QObject {
             << QStringList{"@in/a.jpg", "--font", "No Such Face"} + out << 0 << 1 << "instead";
         QTest::newRow("help") << QStringList{"--help"} << 0 << 0 << "--dry-run";
         QTest::newRow("no output folder") << QStringList{"@in"} << 2 << 0 << "--output";
+        QTest::newRow("not a shift")
+            << QStringList{"@in", "--shift", "+1:75"} + out << 2 << 0 << "--shift takes";
         QTest::newRow("output folder missing")
             << QStringList{"@in", "--output", "@gone"} << 2 << 0 << "does not exist";
         QTest::newRow("output is a file")
