@@ -39,6 +39,7 @@ constexpr double kImageMagickGoal = 5.0;  // at least this many times convert's 
 constexpr double kDjpegGoal = 1.2;        // at most this many times djpeg's time
 constexpr double kScalingGoal = 1.7;      // all cores against one
 constexpr double kMemoryGoalMB = 400;     // peak with two workers
+constexpr double kOptionCostGoal = 0.10;  // an option's share of a run's time
 const QString kText = QStringLiteral("05-Mar-2014 13:34:56");
 
 // Smooth shading, fine texture and sensor-like noise, so the decoder has a
@@ -113,8 +114,9 @@ QByteArray loadAverage() {
 
 // The run as the window would start it: the photos' own dates, a label in the
 // lower right of the margin on a 1000 x 750 preview.
-StampJob benchJob(const QStringList& photos, const QString& out) {
+StampJob benchJob(const QStringList& photos, const QString& out, const StampOptions& options = {}) {
     StampJob job;
+    job.options = options;
     job.photos = photos;
     job.gDateType = 1;
     job.gTimeType = 1;
@@ -133,11 +135,12 @@ StampJob benchJob(const QStringList& photos, const QString& out) {
     return job;
 }
 
-bool runStamp(const QStringList& photos, const QString& out, int jobs) {
+bool runStamp(const QStringList& photos, const QString& out, int jobs,
+              const StampOptions& options = {}) {
     QDir(out).removeRecursively();
     QDir().mkpath(out);
     int written = 0;
-    StampRun(benchJob(photos, out)).run(jobs, [&](const StampOutcome& o) {
+    StampRun(benchJob(photos, out, options)).run(jobs, [&](const StampOutcome& o) {
         written += o.written ? 1 : 0;
     });
     return written == photos.size();
@@ -288,6 +291,7 @@ int main(int argc, char** argv) {
         bool present;
         Timing single;
         Timing all;
+        bool oneCoreOnly = false;
     };
     const QString out = dir.filePath(QStringLiteral("out"));
     std::vector<Tool> tools{
@@ -305,6 +309,22 @@ int main(int argc, char** argv) {
          {},
          {}},
     };
+    // Each option against the plain run, on one core: what it costs.
+    const std::vector<std::pair<const char*, StampOptions>> options{
+        {"upright", {.upright = true}},    {"outline", {.outline = true}},
+        {"shadow", {.shadow = true}},      {"box", {.box = true}},
+        {"shift", {.shiftSeconds = 3600}}, {"names", {.names = true}},
+    };
+    const size_t firstOption = tools.size();
+    for (const auto& [name, option] : options) {
+        tools.push_back(
+            {name,
+             [&, option = option](int jobs) { return runStamp(photos, out, jobs, option); },
+             true,
+             {},
+             {},
+             true});
+    }
     bool ok = true;
     std::printf("\nfiles in %s; photos per second (best of %d rounds) and CPU per photo\n",
                 qPrintable(dir.path()), kRounds);
@@ -318,14 +338,21 @@ int main(int argc, char** argv) {
             if (tool.present) {
                 keepBest(
                     tool.single, [&] { return tool.run(1); }, ok);
-                keepBest(
-                    tool.all, [&] { return tool.run(cores); }, ok);
+                if (!tool.oneCoreOnly) {
+                    keepBest(
+                        tool.all, [&] { return tool.run(cores); }, ok);
+                }
             }
         }
     }
     for (const Tool& tool : tools) {
         if (!tool.present) {
             std::printf("%-12s not found\n", tool.name);
+            continue;
+        }
+        if (tool.oneCoreOnly) {
+            std::printf("%-12s %10.2f %10s %8s %12.0f\n", tool.name, kPhotos / tool.single.wall, "",
+                        "", tool.single.cpu / kPhotos * 1000);
             continue;
         }
         std::printf("%-12s %10.2f %10.2f %8.2f %12.0f\n", tool.name, kPhotos / tool.single.wall,
@@ -362,6 +389,12 @@ int main(int argc, char** argv) {
         "flat): %s\n",
         afterFour, peak, kPhotos, kMemoryGoalMB,
         qPrintable(verdict(peak < kMemoryGoalMB && peak <= afterFour * 1.05)));
+    for (size_t i = firstOption; i < tools.size(); ++i) {
+        const double cost = tools[i].single.wall / ours - 1;
+        std::printf("  --%s costs %.1f %% of one core's throughput (at most %.0f %%): %s\n",
+                    tools[i].name, cost * 100, kOptionCostGoal * 100,
+                    qPrintable(verdict(cost <= kOptionCostGoal)));
+    }
     if (!ok) {
         std::fprintf(stderr, "a step failed\n");
         return 1;
