@@ -1,7 +1,10 @@
+#include <QCheckBox>
 #include <QLabel>
+#include <QLineEdit>
 
 #include "AppFixture.h"
 #include "TestRegistry.h"
+#include "app/OptionsWindowController.h"
 #include "app/SettingValues.h"
 #include "app/WindowPlacement.h"
 
@@ -136,6 +139,27 @@ class StartupTest : public QObject {
                              action == "actionChangeLayoutAutomatically"}));
             QVERIFY(qobject_cast<QAction*>(app.named(name.constData()))->isChecked());
             app.start();
+        }
+    }
+
+    // The Options window's choices are in force at once and back at the next
+    // start; a shift that cannot be read leaves the last good one.
+    void stampOptionsRemembered() {
+        AppFixture app;
+        StampwiseAppDelegate* d = &app.start();
+        d->openOptionsWindow();
+        auto* options = app.window->findChild<OptionsWindowController*>();
+        for (const char* name : {"uprightCheckBox", "outlineCheckBox", "boxCheckBox"}) {
+            options->findChild<QCheckBox*>(name)->click();
+        }
+        auto* shift = options->findChild<QLineEdit*>("shiftField");
+        shift->setText("-1d01:30");
+        shift->setText("-1d01:3");
+        const StampOptions expected{
+            .upright = true, .outline = true, .box = true, .shiftSeconds = -(25 * 3600 + 1800)};
+        for (int run = 0; run < 2; ++run) {
+            QVERIFY(d->stampOptions() == expected);
+            d = &app.start();
         }
     }
 
