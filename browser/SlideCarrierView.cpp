@@ -120,7 +120,12 @@ void SlideCarrierView::setTexts(const QString& kind, const QString& dimensions) 
 
 void SlideCarrierView::faceChanged() {
     faceDirty_ = true;
+    redraw();
+}
+
+void SlideCarrierView::redraw() {
     update();
+    emit looksChanged();
 }
 
 void SlideCarrierView::prepareFace(QWidget* widget) {
@@ -297,7 +302,7 @@ void SlideCarrierView::doHighlightEffect(bool on) {
         fade->setDuration(kEffectFadeMs);
         connect(fade, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
             effectOpacity_ = value.toReal();
-            update();
+            redraw();
         });
         effectFade_ = fade;
         fade->start(QAbstractAnimation::DeleteWhenStopped);
@@ -314,7 +319,7 @@ void SlideCarrierView::doHighlightEffect(bool on) {
     const QPointF centre(card.width() / 2.0, card.height() / 2.0);
     effect_ = Pointillize::render(card, kEffectRadius, centre);
     effectOpacity_ = 1;
-    update();
+    redraw();
     NotificationCenter::defaultCenter().post(NotificationNames::kSelectImageHighlight);
 }
 
@@ -341,7 +346,7 @@ void SlideCarrierView::activate() {
 void SlideCarrierView::setCurrent(bool current) {
     if (current != current_) {
         current_ = current;
-        update();
+        redraw();
     }
 }
 
