@@ -32,7 +32,7 @@ constexpr qint32 kScatterLayout = 2;
 constexpr int kRestLayerDelayMs = 100;
 // Drawing the layer takes about as long as one frame of the crowd; in slices
 // short enough for the event loop to keep its frames.
-constexpr int kRestLayerSliceMs = 8;
+constexpr int kRestLayerSliceMs = 6;
 // The layer pays only where a frame draws each pixel several times over; 16 MB at most.
 constexpr double kRestLayerMinOverdraw = 2;
 constexpr qint64 kRestLayerMaxPixels = 4'000'000;
@@ -437,7 +437,7 @@ void AssetCollectionView::buildRestLayer() {
     QElapsedTimer slice;
     slice.start();
     // Checked for the time every few cards: one takes a tenth of a millisecond or so.
-    constexpr qsizetype kBatch = 8;
+    constexpr qsizetype kBatch = 4;
     QStyleOptionGraphicsItem options[kBatch];
     while (restLayerNext_ < restLayerItems_.size() && slice.elapsed() < kRestLayerSliceMs) {
         const qsizetype count = std::min(kBatch, restLayerItems_.size() - restLayerNext_);
