@@ -1,6 +1,7 @@
 #include "browser/AssetCollectionView.h"
 
 #include <QGraphicsDropShadowEffect>
+#include <QGraphicsEffect>
 #include <QHash>
 #include <QKeyEvent>
 #include <QLinearGradient>
@@ -8,6 +9,7 @@
 #include <QResizeEvent>
 #include <QScrollArea>
 #include <QSettings>
+#include <QStyleOptionGraphicsItem>
 #include <algorithm>
 #include <cmath>
 
@@ -33,6 +35,14 @@ constexpr qreal kShadowAlpha = 0.75;
 constexpr int kBackgroundFrameMs = 66;
 // The cells are drawn at an eighth of the view's size and scaled up.
 constexpr int kBackgroundScale = 8;
+// A click's highlight fades over half a second; building in between would be thrown away.
+constexpr int kRestLayerDelayMs = 100;
+// Drawing the layer takes about as long as one frame of the crowd; in slices
+// short enough for the event loop to keep its frames.
+constexpr int kRestLayerSliceMs = 6;
+// The layer pays only where a frame draws each pixel several times over; 16 MB at most.
+constexpr double kRestLayerMinOverdraw = 2;
+constexpr qint64 kRestLayerMaxPixels = 4'000'000;
 }  // namespace
 
 AssetCollectionView::AssetCollectionView(QWidget* parent)
@@ -72,6 +82,8 @@ AssetCollectionView::AssetCollectionView(QWidget* parent)
             &AssetCollectionView::finishShadowFade);
     backgroundTick_.setInterval(kBackgroundFrameMs);
     connect(&backgroundTick_, &QTimer::timeout, this, &AssetCollectionView::stepBackground);
+    restLayerTimer_.setSingleShot(true);
+    connect(&restLayerTimer_, &QTimer::timeout, this, &AssetCollectionView::buildRestLayer);
     clock_.start();
 }
 
@@ -130,6 +142,7 @@ void AssetCollectionView::setAssetCollection(AssetCollection* collection) {
 
 void AssetCollectionView::reloadData() {
     layoutDirty_ = true;
+    restLayerChanged();
     moving_.clear();
     nodes_.clear();
     if (assetCollection_) {
@@ -157,8 +170,11 @@ AssetCollectionViewNode* AssetCollectionView::insertNodeForAssetAtIndex(qsizetyp
     auto node = std::make_unique<AssetCollectionViewNode>();
     node->setAsset(assetCollection_->assets().at(index));
     applyShadow(node->rootView());
+    connect(node->rootView(), &SlideCarrierView::looksChanged, this,
+            &AssetCollectionView::restLayerChanged);
     scene_.addItem(node->rootView());
     node->rootView()->prepareFace(viewport());
+    restLayerChanged();
     const qsizetype at = std::min<qsizetype>(index, qsizetype(nodes_.size()));
     return nodes_.insert(nodes_.begin() + at, std::move(node))->get();
 }
@@ -168,6 +184,7 @@ void AssetCollectionView::removeNodeForAssetAtIndex(qsizetype index) {
         return;
     }
     layoutDirty_ = true;
+    restLayerChanged();
     std::erase(moving_, nodes_[index]->rootView());
     nodes_.erase(nodes_.begin() + index);
 }
@@ -267,6 +284,9 @@ void AssetCollectionView::layoutSubviews() {
             started = true;
         }
     }
+    if (started) {
+        restLayerChanged();
+    }
     if (started && !animationTick_.isActive()) {
         // Smooth turned blits cost several times the plain ones, too much for
         // a crowd of cards in motion; the still picture gets them back.
@@ -281,6 +301,7 @@ void AssetCollectionView::stepAnimations() {
     if (moving_.empty()) {
         animationTick_.stop();
         setRenderHint(QPainter::SmoothPixmapTransform, true);
+        restLayerTimer_.start(kRestLayerDelayMs);
     }
 }
 
@@ -349,6 +370,7 @@ void AssetCollectionView::setSlidesHaveShadows(bool on) {
     shadowFade_.setStartValue(shadowAlpha_);
     shadowFade_.setEndValue(on ? kShadowAlpha : 0.0);
     shadowFade_.start();
+    restLayerChanged();
 }
 
 void AssetCollectionView::applyShadow(SlideCarrierView* slide) const {
@@ -386,6 +408,7 @@ void AssetCollectionView::setShadowAlpha(qreal alpha) {
 // At the end every card takes the final shadow; faded-out shadows come off,
 // since an invisible shadow still costs a blur on every paint.
 void AssetCollectionView::finishShadowFade() {
+    restLayerChanged();
     if (slidesHaveShadows_) {
         setShadowAlpha(shadowAlpha_);
         return;
@@ -400,6 +423,7 @@ void AssetCollectionView::setUsesQuartzCompositionBackground(bool on) {
         return;
     }
     usesQuartzCompositionBackground_ = on;
+    restLayerChanged();
     cells_ = QImage();
     cellsMs_ = -1;
     updateBackgroundTimer();
@@ -441,10 +465,104 @@ void AssetCollectionView::drawBackground(QPainter* painter, const QRectF& rect) 
     painter->drawImage(cellsRect_, cells_);
 }
 
+void AssetCollectionView::drawItems(QPainter* painter, int numItems, QGraphicsItem* items[],
+                                    const QStyleOptionGraphicsItem options[]) {
+    if (!restLayerReady_) {
+        QGraphicsView::drawItems(painter, numItems, items, options);
+        return;
+    }
+    // Every card lies inside the layer, which holds the background under them too.
+    painter->drawImage(restLayerRect_.topLeft(), restLayer_);
+}
+
+void AssetCollectionView::restLayerChanged() {
+    if (restLayerReady_) {
+        setOptimizationFlag(QGraphicsView::IndirectPainting, false);
+    }
+    restLayerReady_ = false;
+    restLayer_ = QImage();
+    restLayerItems_.clear();
+    restLayerNext_ = 0;
+    if (moving_.empty()) {
+        restLayerTimer_.start(kRestLayerDelayMs);
+    } else {
+        restLayerTimer_.stop();
+    }
+}
+
+void AssetCollectionView::buildRestLayer() {
+    // A layer would freeze shadows mid-fade and the drifting cells under the cards.
+    if (restLayerReady_ || !moving_.empty() || shadowFade_.state() == QAbstractAnimation::Running ||
+        usesQuartzCompositionBackground_) {
+        return;
+    }
+    if (restLayer_.isNull()) {
+        const QList<QGraphicsItem*> items = scene_.items(Qt::AscendingOrder);
+        // What the cards cover, shadows included, plus the margin the view
+        // repaints around each.
+        QRectF covered;
+        double cardArea = 0;
+        for (QGraphicsItem* item : items) {
+            QRectF bounds = item->boundingRect();
+            if (QGraphicsEffect* effect = item->graphicsEffect()) {
+                bounds = effect->boundingRectFor(bounds);
+            }
+            const QRectF inScene = item->sceneTransform().mapRect(bounds);
+            covered |= inScene;
+            cardArea += inScene.width() * inScene.height();
+        }
+        const QRect rect =
+            covered.toAlignedRect().adjusted(-2, -2, 2, 2) & sceneRect().toAlignedRect();
+        const qint64 pixels = qint64(rect.width()) * rect.height();
+        if (rect.isEmpty() || pixels > kRestLayerMaxPixels ||
+            cardArea < kRestLayerMinOverdraw * double(pixels)) {
+            return;
+        }
+        restLayer_ = QImage(rect.size(), QImage::Format_RGB32);
+        restLayerRect_ = rect;
+        restLayerItems_ = items;
+        restLayerNext_ = 0;
+        QPainter painter(&restLayer_);
+        painter.translate(-rect.topLeft());
+        drawBackground(&painter, rect);
+    }
+    QPainter painter(&restLayer_);
+    painter.setRenderHints(renderHints());
+    painter.translate(-restLayerRect_.topLeft());
+    QElapsedTimer slice;
+    slice.start();
+    // Checked for the time every few cards: one takes a tenth of a millisecond or so.
+    constexpr qsizetype kBatch = 4;
+    QStyleOptionGraphicsItem options[kBatch];
+    while (restLayerNext_ < restLayerItems_.size() && slice.elapsed() < kRestLayerSliceMs) {
+        const qsizetype count = std::min(kBatch, restLayerItems_.size() - restLayerNext_);
+        QGraphicsItem** batch = restLayerItems_.data() + restLayerNext_;
+        for (qsizetype i = 0; i < count; ++i) {
+            // The tick box takes the view's style; the scene draws here without a widget.
+            if (auto* card = dynamic_cast<SlideCarrierView*>(batch[i])) {
+                card->prepareFace(viewport());
+            }
+        }
+        // Without a widget the scene neither culls against the view's last
+        // exposed region nor records where the cards were painted in the view.
+        scene_.drawItems(&painter, int(count), batch, options, nullptr);
+        restLayerNext_ += count;
+    }
+    if (restLayerNext_ < restLayerItems_.size()) {
+        restLayerTimer_.start(0);
+        return;
+    }
+    restLayerItems_.clear();
+    restLayerReady_ = true;
+    // The view then hands the cards it is about to draw to drawItems.
+    setOptimizationFlag(QGraphicsView::IndirectPainting, true);
+}
+
 void AssetCollectionView::resizeEvent(QResizeEvent* event) {
     QGraphicsView::resizeEvent(event);
     setSceneRect(0, 0, width(), height());
     layoutDirty_ = true;
+    restLayerChanged();
     if (!nodes_.empty()) {
         scheduleLayout();
     }

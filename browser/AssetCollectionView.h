@@ -2,6 +2,7 @@
 
 #include <QEasingCurve>
 #include <QElapsedTimer>
+#include <QGraphicsScene>
 #include <QGraphicsView>
 #include <QImage>
 #include <QList>
@@ -83,9 +84,15 @@ class AssetCollectionView : public QGraphicsView {
     // Slowly drifting light cells behind the cards; off unless asked for.
     bool usesQuartzCompositionBackground() const { return usesQuartzCompositionBackground_; }
     void setUsesQuartzCompositionBackground(bool on);
+    // A crowd of cards at rest in a small area is drawn once into a picture,
+    // built a slice per event-loop turn, then copied instead of drawn again.
+    bool hasRestLayer() const { return restLayerReady_; }
 
   protected:
     void drawBackground(QPainter* painter, const QRectF& rect) override;
+    // Called only while the rest layer is ready.
+    void drawItems(QPainter* painter, int numItems, QGraphicsItem* items[],
+                   const QStyleOptionGraphicsItem options[]) override;
     void resizeEvent(QResizeEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
@@ -105,6 +112,9 @@ class AssetCollectionView : public QGraphicsView {
     void finishShadowFade();
     void updateBackgroundTimer();
     void stepBackground();
+    // Drops the rest layer; it is built again once the cards are still.
+    void restLayerChanged();
+    void buildRestLayer();
 
     bool isLoadDirectory_ = false;
     QPointer<AssetCollection> assetCollection_;
@@ -126,7 +136,12 @@ class AssetCollectionView : public QGraphicsView {
     qint64 cellsMs_ = -1;
     QPointer<SlideCarrierView> current_;
 
-    QGraphicsScene scene_;
+    // Lets the rest layer draw cards the way the view does, a few at a time.
+    class CardScene : public QGraphicsScene {
+      public:
+        using QGraphicsScene::drawItems;
+    };
+    CardScene scene_;
     // Coalesces the passes of a scan's arrivals.
     QTimer pendingLayout_;
     // One clock for every card in motion, rather than an animation per card.
@@ -136,4 +151,13 @@ class AssetCollectionView : public QGraphicsView {
     std::vector<SlideCarrierView*> moving_;
     // Something a pass depends on changed since the last pass.
     bool layoutDirty_ = true;
+
+    QTimer restLayerTimer_;
+    // Background and cards of restLayerRect_, opaque, so that it stands in for both.
+    QImage restLayer_;
+    QRect restLayerRect_;
+    // The cards bottom to top; those from restLayerNext_ on are not drawn yet.
+    QList<QGraphicsItem*> restLayerItems_;
+    qsizetype restLayerNext_ = 0;
+    bool restLayerReady_ = false;
 };

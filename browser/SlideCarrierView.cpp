@@ -122,7 +122,12 @@ void SlideCarrierView::setTexts(const QString& kind, const QString& dimensions) 
 
 void SlideCarrierView::faceChanged() {
     faceDirty_ = true;
+    redraw();
+}
+
+void SlideCarrierView::redraw() {
     update();
+    emit looksChanged();
 }
 
 void SlideCarrierView::prepareFace(QWidget* widget) {
@@ -303,7 +308,7 @@ void SlideCarrierView::doHighlightEffect(bool on) {
         fade->setDuration(kEffectFadeMs);
         connect(fade, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
             effectOpacity_ = value.toReal();
-            update();
+            redraw();
         });
         effectFade_ = fade;
         fade->start(QAbstractAnimation::DeleteWhenStopped);
@@ -320,11 +325,11 @@ void SlideCarrierView::doHighlightEffect(bool on) {
     const QPointF centre(card.width() / 2.0, card.height() / 2.0);
     effect_ = Pointillize::render(card, kEffectRadius, centre);
     effectOpacity_ = 1;
-    update();
     if (!highlightSound_) {
         highlightSound_ = ClickSound::shared();
     }
     highlightSound_->play();
+    redraw();
     NotificationCenter::defaultCenter().post(NotificationNames::kSelectImageHighlight);
 }
 
@@ -355,7 +360,7 @@ void SlideCarrierView::activate() {
 void SlideCarrierView::setCurrent(bool current) {
     if (current != current_) {
         current_ = current;
-        update();
+        redraw();
     }
 }
 

@@ -74,6 +74,8 @@ class SlideCarrierView : public QGraphicsObject {
   signals:
     // The user clicked the tick box; checked is the box's new state.
     void checkBoxClicked(bool checked);
+    // Something drawn on the card changed; a place or turn is the view's own doing.
+    void looksChanged();
 
   protected:
     void mousePressEvent(QGraphicsSceneMouseEvent* event) override;
@@ -82,6 +84,7 @@ class SlideCarrierView : public QGraphicsObject {
   private:
     void paintCard(QPainter* painter, QWidget* widget) const;
     void faceChanged();
+    void redraw();
     // The tick box and its title as the widget's style draws them.
     static QPixmap checkBoxPixmap(bool checked, QWidget* widget);
 

@@ -126,24 +126,38 @@ class AssetCollectionViewTest : public QObject {
         QTest::addColumn<QStringList>("posted");
         QTest::addColumn<bool>("included");
         QTest::addColumn<qreal>("effect");
+        QTest::addColumn<int>("cards");
         QTest::newRow("picture") << false
                                  << QStringList{"selectImageHighlight:",
                                                 "selectImageMouseDown:/photos/b.jpg"}
-                                 << true << 1.0;
-        QTest::newRow("tick box") << true << QStringList{"clickTitleCheckBox:false"} << false
-                                  << 0.0;
+                                 << true << 1.0 << 2;
+        QTest::newRow("tick box") << true << QStringList{"clickTitleCheckBox:false"} << false << 0.0
+                                  << 2;
+        // A crowd at rest is shown from a picture drawn before the press.
+        QTest::newRow("tick box, crowd at rest")
+            << true << QStringList{"clickTitleCheckBox:false"} << false << 0.0 << 16;
     }
     void cardPress() {
         QFETCH(bool, onTickBox);
         QFETCH(QStringList, posted);
         QFETCH(bool, included);
         QFETCH(qreal, effect);
-        Browser browser({"a.jpg", "b.jpg"});
+        QFETCH(int, cards);
+        QStringList names;
+        for (int i = 1; i < cards; ++i) {
+            names << QString("a%1.jpg").arg(i);
+        }
+        Browser browser(names << "b.jpg");
+        if (cards > 2) {
+            browser.view.resize(300, 300);
+            browser.view.setSubviewsLayoutType(0);
+        }
         browser.view.show();
         QVERIFY(QTest::qWaitForWindowExposed(&browser.view));
-        const AssetPtr asset = browser.catalog.assets().at(1);
-        SlideCarrierView* card = browser.view.nodes().at(1)->rootView();
+        const AssetPtr asset = browser.catalog.assets().back();
+        SlideCarrierView* card = browser.view.nodes().back()->rootView();
         QTRY_COMPARE(card->opacity(), 1.0);
+        QTRY_COMPARE(browser.view.hasRestLayer(), cards > 2);
 
         QStringList seen;
         QObject observer;
