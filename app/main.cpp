@@ -2,6 +2,7 @@
 #include <QApplication>
 #include <QCoreApplication>
 #include <QGuiApplication>
+#include <QIcon>
 #include <QLoggingCategory>
 #include <QTextStream>
 #include <QTimer>
@@ -87,6 +88,9 @@ int main(int argc, char** argv) {
     QApplication app(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("Stampwise"));
     QApplication::setApplicationName(QStringLiteral("Stampwise"));
+    // Ties the windows to the installed desktop entry and its icon.
+    QGuiApplication::setDesktopFileName(QStringLiteral("io.github.stampwise.Stampwise"));
+    QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("io.github.stampwise.Stampwise")));
 
     MainWindow window;
     QtAlertPanel alerts(&window);
