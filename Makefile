@@ -12,7 +12,7 @@ PACKAGES := cmake g++ make pkg-config \
 	libjpeg-turbo-progs xvfb xauth \
 	librsvg2-bin help2man desktop-file-utils appstream man-db
 
-.PHONY: all deps build run install test test-asan test-tsan format-check bench contactsheets fuzz clean
+.PHONY: all deps build run install deb test test-asan test-tsan format-check bench contactsheets fuzz clean
 
 all: build
 
@@ -42,6 +42,11 @@ run: build
 # DESTDIR, when given, is put before PREFIX, as packagers expect.
 install: build
 	DESTDIR="$(DESTDIR)" cmake --install $(BUILD_DIR) --prefix "$(PREFIX)"
+
+# A Debian package in $(BUILD_DIR); dpkg-shlibdeps (dpkg-dev) finds its library dependencies.
+deb: build
+	$(MAKE) deps PACKAGES="dpkg-dev file"
+	cd $(BUILD_DIR) && cpack -G DEB
 
 test: build
 	cd $(BUILD_DIR) && QT_QPA_PLATFORM=offscreen ctest --output-on-failure -j $(JOBS)

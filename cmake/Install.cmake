@@ -1,4 +1,4 @@
-# What `cmake --install` puts under the prefix.
+# What `cmake --install` puts under the prefix, and the Debian package made of it.
 set(_res ${CMAKE_SOURCE_DIR}/resources)
 
 install(TARGETS stampwise RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
@@ -47,3 +47,21 @@ add_custom_command(
     VERBATIM)
 add_custom_target(manpage ALL DEPENDS ${_man})
 install(FILES ${_man} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+
+set(CPACK_PACKAGE_NAME stampwise)
+set(CPACK_PACKAGE_VENDOR "Stampwise")
+set(CPACK_PACKAGE_CONTACT "Stampwise maintainers <maintainers@users.noreply.c-seed-35f7b3d6.example>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "print the date a photo was taken onto copies of photos")
+set(CPACK_PACKAGE_DESCRIPTION
+    "Stampwise draws each photo's date (from its EXIF record, the file's date or your\n"
+    "own text) onto a copy of it, at the same place on every photo, in the window or\n"
+    "from the command line. The original photos are never changed.")
+string(JOIN "" CPACK_PACKAGE_DESCRIPTION ${CPACK_PACKAGE_DESCRIPTION})
+set(CPACK_STRIP_FILES ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SECTION graphics)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+# Loaded at run time, so the library scan cannot see them: TIFF is read through
+# Qt's image-format plugin, and the date label's default face is DejaVu Sans.
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "qt6-image-formats-plugins, fonts-dejavu-core")
+include(CPack)
