@@ -3,14 +3,16 @@ BUILD_DIR ?= build
 ASAN_DIR ?= build-asan
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 CMAKE_FLAGS ?= -DCMAKE_BUILD_TYPE=RelWithDebInfo
+PREFIX ?= /usr/local
 
 # Debian packages the project builds, runs and tests with.
 PACKAGES := cmake g++ make pkg-config \
 	qt6-base-dev qt6-base-dev-tools qt6-image-formats-plugins qt6-multimedia-dev libgl-dev \
 	libexiv2-dev libicu-dev fonts-dejavu-core fonts-dejavu-extra \
-	libjpeg-turbo-progs xvfb xauth
+	libjpeg-turbo-progs xvfb xauth \
+	librsvg2-bin help2man desktop-file-utils appstream man-db
 
-.PHONY: all deps build run test test-asan test-tsan format-check bench contactsheets fuzz clean
+.PHONY: all deps build run install deb test test-asan test-tsan format-check bench contactsheets fuzz clean
 
 all: build
 
@@ -36,6 +38,15 @@ build: deps $(BUILD_DIR)/CMakeCache.txt
 
 run: build
 	./$(BUILD_DIR)/stampwise $(BUILD_DIR)/samples
+
+# DESTDIR, when given, is put before PREFIX, as packagers expect.
+install: build
+	DESTDIR="$(DESTDIR)" cmake --install $(BUILD_DIR) --prefix "$(PREFIX)"
+
+# A Debian package in $(BUILD_DIR); dpkg-shlibdeps (dpkg-dev) finds its library dependencies.
+deb: build
+	$(MAKE) deps PACKAGES="dpkg-dev file"
+	cd $(BUILD_DIR) && cpack -G DEB
 
 test: build
 	cd $(BUILD_DIR) && QT_QPA_PLATFORM=offscreen ctest --output-on-failure -j $(JOBS)

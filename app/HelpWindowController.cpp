@@ -21,14 +21,21 @@ constexpr const char* kPageName = "welcome.html";
 constexpr const char* kBuiltInPage = "qrc:/manual/welcome.html";
 }  // namespace
 
-HelpWindowController::HelpWindowController(const QString& pageFolder, QWidget* parent)
+HelpWindowController::HelpWindowController(const QStringList& pageFolders, QWidget* parent)
     : QWidget(parent, Qt::Window), ui_(std::make_unique<Ui::HelpWindowController>()) {
     static const bool registered = (initHelpResources(), true);
     Q_UNUSED(registered);
     ui_->setupUi(this);
     connect(ui_->closeButton, &QAbstractButton::clicked, this,
             [this] { promptEvent(ui_->closeButton); });
-    loadWelcomePage(pageFolder.isEmpty() ? QCoreApplication::applicationDirPath() : pageFolder);
+    // The data folder is found relative to the program, so a moved installation
+    // still finds its guide.
+    const QString programFolder = QCoreApplication::applicationDirPath();
+    loadWelcomePage(
+        pageFolders.isEmpty()
+            ? QStringList{programFolder,
+                          QDir(programFolder).filePath(QLatin1String(STAMPWISE_DATA_FROM_PROGRAM))}
+            : pageFolders);
 }
 
 HelpWindowController::~HelpWindowController() = default;
@@ -45,9 +52,13 @@ void HelpWindowController::promptEvent(QObject* sender) {
 
 // The page's pictures are named relative to it, so they come from wherever the
 // page came from.
-void HelpWindowController::loadWelcomePage(const QString& pageFolder) {
-    const QFileInfo besideProgram(QDir(pageFolder).filePath(QLatin1String(kPageName)));
-    ui_->webView->setSource(besideProgram.isFile()
-                                ? QUrl::fromLocalFile(besideProgram.absoluteFilePath())
-                                : QUrl(QLatin1String(kBuiltInPage)));
+void HelpWindowController::loadWelcomePage(const QStringList& pageFolders) {
+    for (const QString& folder : pageFolders) {
+        const QFileInfo page(QDir(folder).filePath(QLatin1String(kPageName)));
+        if (page.isFile()) {
+            ui_->webView->setSource(QUrl::fromLocalFile(page.absoluteFilePath()));
+            return;
+        }
+    }
+    ui_->webView->setSource(QUrl(QLatin1String(kBuiltInPage)));
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include <QStringList>
 #include <QWidget>
 #include <memory>
 
@@ -11,21 +11,21 @@ class HelpWindowController;
 }
 
 // Shows the user's guide, welcome.html: the copy beside the program when there
-// is one (so it can be read and edited as a plain file), else the copy built
-// into the program. Button 31018 closes the window.
+// is one (so it can be read and edited as a plain file), else the installed
+// copy, else the copy built into the program. Button 31018 closes the window.
 class HelpWindowController : public QWidget {
     Q_OBJECT
   public:
-    // pageFolder: where to look for welcome.html first; empty means the
-    // program's own folder.
-    explicit HelpWindowController(const QString& pageFolder = QString(), QWidget* parent = nullptr);
+    // pageFolders: where to look for welcome.html, in order; empty means the
+    // program's own folder, then the installed data folder.
+    explicit HelpWindowController(const QStringList& pageFolders = {}, QWidget* parent = nullptr);
     ~HelpWindowController() override;
 
     void promptEvent(QObject* sender);
     QTextBrowser* webView() const;
 
   private:
-    void loadWelcomePage(const QString& pageFolder);
+    void loadWelcomePage(const QStringList& pageFolders);
 
     std::unique_ptr<Ui::HelpWindowController> ui_;
 };

@@ -2,10 +2,12 @@
 #include <QApplication>
 #include <QCoreApplication>
 #include <QGuiApplication>
+#include <QIcon>
 #include <QLoggingCategory>
 #include <QTextStream>
 #include <QTimer>
 #include <QUrl>
+#include <cstdio>
 #include <cstring>
 
 #include "app/InfoCommand.h"
@@ -15,7 +17,46 @@
 #include "platform/QtAlertPanel.h"
 #include "platform/QtOpenPanel.h"
 
+namespace {
+
+void printUsage() {
+    std::fputs(
+        "Usage: stampwise [PATH...]\n"
+        "  or:  stampwise stamp [options] PATH... --output DIR\n"
+        "  or:  stampwise info [--date-type N] [--time-type N] [--json] PATH...\n"
+        "\n"
+        "Prints the date a photo was taken onto copies of your photos. Without a\n"
+        "command it opens the window with the photos and folders named (a folder\n"
+        "stands for the photo files directly inside it); the originals are never\n"
+        "changed.\n"
+        "\n"
+        "Commands:\n"
+        "  stamp          stamp photos into an output folder without a window\n"
+        "                 (see stampwise stamp --help)\n"
+        "  info           show the size and dates read from each photo\n"
+        "                 (see stampwise info --help)\n"
+        "\n"
+        "Options:\n"
+        "  -h, --help     show this help and exit\n"
+        "  --version      show the version and exit\n"
+        "\n"
+        "The window also takes Qt's own options, such as -platform NAME.\n"
+        "Settings are kept in ~/.config/Stampwise/Stampwise.conf.\n",
+        stdout);
+}
+
+}  // namespace
+
 int main(int argc, char** argv) {
+    // Help and version need no application object, so they work without a display.
+    if (argc == 2 && (std::strcmp(argv[1], "--help") == 0 || std::strcmp(argv[1], "-h") == 0)) {
+        printUsage();
+        return 0;
+    }
+    if (argc == 2 && std::strcmp(argv[1], "--version") == 0) {
+        std::fputs("stampwise " STAMPWISE_VERSION "\n", stdout);
+        return 0;
+    }
     // `stampwise info ...` reports on photos from the command line, no window.
     if (argc > 1 && std::strcmp(argv[1], "info") == 0) {
         QCoreApplication app(argc, argv);
@@ -47,6 +88,9 @@ int main(int argc, char** argv) {
     QApplication app(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("Stampwise"));
     QApplication::setApplicationName(QStringLiteral("Stampwise"));
+    // Ties the windows to the installed desktop entry and its icon.
+    QGuiApplication::setDesktopFileName(QStringLiteral("io.github.stampwise.Stampwise"));
+    QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("io.github.stampwise.Stampwise")));
 
     MainWindow window;
     QtAlertPanel alerts(&window);

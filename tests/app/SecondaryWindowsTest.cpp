@@ -61,29 +61,36 @@ class SecondaryWindowsTest : public QObject {
         QCOMPARE(matrix(app, window, 32401)->selectedColumn(), 2);
     }
 
-    // The page beside the program wins; without one the built-in guide shows,
-    // pictures and all.
+    // The page beside the program wins over the installed one; without either
+    // the built-in guide shows, pictures and all.
     void helpShowsWelcomePage_data() {
         QTest::addColumn<QString>("besideProgram");
+        QTest::addColumn<QString>("installed");
         QTest::addColumn<QString>("title");
-        QTest::newRow("page beside the program")
-            << "<html><head><title>Local notes</title></head><body>x</body></html>"
-            << "Local notes";
-        QTest::newRow("built-in copy") << QString() << "Stampwise Help";
+        const QString local = "<html><head><title>Local notes</title></head><body>x</body></html>";
+        const QString shared = "<html><head><title>Installed</title></head><body>x</body></html>";
+        QTest::newRow("page beside the program") << local << shared << "Local notes";
+        QTest::newRow("installed page") << QString() << shared << "Installed";
+        QTest::newRow("built-in copy") << QString() << QString() << "Stampwise Help";
     }
     void helpShowsWelcomePage() {
         QFETCH(QString, besideProgram);
+        QFETCH(QString, installed);
         QFETCH(QString, title);
-        Sandbox folder;
+        Sandbox programFolder;
+        Sandbox dataFolder;
         if (!besideProgram.isEmpty()) {
-            folder.write("welcome.html", besideProgram.toUtf8());
+            programFolder.write("welcome.html", besideProgram.toUtf8());
         }
-        HelpWindowController help(folder.path());
+        if (!installed.isEmpty()) {
+            dataFolder.write("welcome.html", installed.toUtf8());
+        }
+        HelpWindowController help({programFolder.path(), dataFolder.path()});
         QTextBrowser* page = help.webView();
         QCOMPARE(page->documentTitle(), title);
         const QRegularExpression image(QStringLiteral("<img src=\"([^\"]+)\""));
         auto images = image.globalMatch(page->toHtml());
-        QCOMPARE(images.hasNext(), besideProgram.isEmpty());
+        QCOMPARE(images.hasNext(), installed.isEmpty());
         while (images.hasNext()) {
             const QString name = images.next().captured(1);
             QVERIFY2(!page->loadResource(QTextDocument::ImageResource, QUrl(name)).isNull(),
