@@ -35,6 +35,7 @@ struct ModelPhoto {
     float imageOriginalWidth = 0;
     float imageOriginalHeight = 0;
     std::optional<QDateTime> aDate;
+    bool aDateHasTime = true;  // false for a date-only file name: written without a time
     std::optional<QString> dateTimeString;  // its date text in the chosen layout
 };
 

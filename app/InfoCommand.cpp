@@ -63,7 +63,6 @@ QStringList InfoCommand::expand(const QString& path) {
 
 QJsonObject InfoCommand::describe(const QString& path, qint64 dateType, qint64 timeType,
                                   const StampOptions& options) {
-    (void)options;
     ImageAsset asset(QUrl::fromLocalFile(path));
     const bool readable = asset.createImageSource();
     QJsonObject record;
@@ -83,10 +82,12 @@ QJsonObject InfoCommand::describe(const QString& path, qint64 dateType, qint64 t
     const std::optional<QDateTime> fileDate = PhotoDate::fileModificationDate(path);
     record["fileDate"] = fileDate ? QJsonValue(isoDate(*fileDate)) : none;
     const PhotoDate::Result rule =
-        PhotoDate::photoDateText(original, digitized, fileDate, dateType, timeType);
+        PhotoDate::photoDateText(original, digitized, fileDate, dateType, timeType,
+                                 {options.names ? path : QString(), options.shiftSeconds});
     // An empty text is no date text either: nothing would be drawn.
     const bool hasText = rule.date && !rule.dateTimeString.isEmpty();
     record["dateText"] = hasText ? QJsonValue(rule.dateTimeString) : none;
+    record["dateSource"] = hasText ? QJsonValue(rule.source) : none;
     return record;
 }
 
@@ -96,7 +97,8 @@ void InfoCommand::printUsage(QTextStream& stream) const {
               "Shows what Stampwise reads from each photo: whether it can be read, its size in\n"
               "pixels and in points with the stated resolution (72 dpi when none), the EXIF\n"
               "DateTimeOriginal and DateTimeDigitized, the file's modification date, and the\n"
-              "date text the photo's own date gives in the chosen layout.\n"
+              "date text the photo's own date gives in the chosen layout, with where that date\n"
+              "came from (DateTimeOriginal, DateTimeDigitized, file name or file date).\n"
               "\n"
               "A folder stands for the photo files directly inside it, as when a folder is\n"
               "opened in the program; a file is taken when its extension is an image type.\n"
@@ -181,7 +183,7 @@ int InfoCommand::run(const QStringList& arguments) {
             out_ << record["path"].toString();
             for (const char* key :
                  {"readable", "pixelWidth", "pixelHeight", "pointWidth", "pointHeight", "dpi",
-                  "DateTimeOriginal", "DateTimeDigitized", "fileDate", "dateText"}) {
+                  "DateTimeOriginal", "DateTimeDigitized", "fileDate", "dateSource", "dateText"}) {
                 out_ << '\t' << key << '=' << plainValue(record[QLatin1String(key)]);
             }
             out_ << '\n';

@@ -18,7 +18,6 @@
 #include "catalog/ImageAsset.h"
 #include "catalog/ImageSource.h"
 #include "datetext/DateShift.h"
-#include "datetext/DateText.h"
 #include "datetext/PhotoDate.h"
 #include "stamp/PreviewLayout.h"
 #include "stamp/StampRun.h"
@@ -78,10 +77,13 @@ QString modelText(const QString& model, const StampJob& job) {
     ImageSource source(model);
     const std::optional<QDateTime> fileDate = PhotoDate::fileModificationDate(model);
     if (job.selectChannel == 1) {
-        return DateText::stringFromDate(fileDate, job.gDateType, job.gTimeType);
+        return PhotoDate::fileDateText(fileDate, job.gDateType, job.gTimeType,
+                                       job.options.shiftSeconds)
+            .dateTimeString;
     }
-    return PhotoDate::photoDateText(source.dateTimeOriginal(), source.dateTimeDigitized(), fileDate,
-                                    job.gDateType, job.gTimeType)
+    return PhotoDate::photoDateText(
+               source.dateTimeOriginal(), source.dateTimeDigitized(), fileDate, job.gDateType,
+               job.gTimeType, {job.options.names ? model : QString(), job.options.shiftSeconds})
         .dateTimeString;
 }
 
@@ -388,7 +390,8 @@ int StampCommand::stamp(const StampJob& job, int jobs, const QStringList& leftOu
         ++written;
         out_ << o.source << " -> " << o.output;
         if (o.text.isEmpty()) {
-            out_ << " (no date text: without a stamp)\n";
+            out_ << " (no date text: "
+                 << (o.reason.isEmpty() ? QStringLiteral("without a stamp") : o.reason) << ")\n";
         } else {
             out_ << " \"" << o.text << "\"\n";
         }

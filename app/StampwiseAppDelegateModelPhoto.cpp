@@ -10,7 +10,6 @@
 
 #include "app/StampwiseAppDelegate.h"
 #include "catalog/ImageSource.h"
-#include "datetext/DateText.h"
 #include "datetext/PhotoDate.h"
 #include "stamp/TextMetrics.h"
 
@@ -70,11 +69,13 @@ void StampwiseAppDelegate::readModelPhotoDate(ImageSource& source) {
     const QSizeF points = source.isReadable() ? source.pointSize() : QSizeF();
     state_.model.imageWidth = static_cast<float>(points.width());
     state_.model.imageHeight = static_cast<float>(points.height());
-    const PhotoDate::Result rule =
-        PhotoDate::photoDateText(source.dateTimeOriginal(), source.dateTimeDigitized(),
-                                 PhotoDate::fileModificationDate(source.path()),
-                                 state_.style.gDateType, state_.style.gTimeType);
+    const StampOptions& options = state_.options;
+    const PhotoDate::Result rule = PhotoDate::photoDateText(
+        source.dateTimeOriginal(), source.dateTimeDigitized(),
+        PhotoDate::fileModificationDate(source.path()), state_.style.gDateType,
+        state_.style.gTimeType, {options.names ? source.path() : QString(), options.shiftSeconds});
     state_.model.aDate = rule.date;
+    state_.model.aDateHasTime = rule.hasTime;
     state_.model.dateTimeString = rule.dateTimeString;
 }
 
@@ -106,8 +107,10 @@ void StampwiseAppDelegate::reWriteDataTimeFromChannel(qint64 channel) {
     ModelPhoto& model = state_.model;
     if (channel == 1) {
         model.dateTimeString =
-            DateText::stringFromDate(PhotoDate::fileModificationDate(model.selectImageFile),
-                                     state_.style.gDateType, state_.style.gTimeType);
+            PhotoDate::fileDateText(PhotoDate::fileModificationDate(model.selectImageFile),
+                                    state_.style.gDateType, state_.style.gTimeType,
+                                    state_.options.shiftSeconds)
+                .dateTimeString;
     } else if (channel == 0) {
         // Read afresh: the file may have changed since it was chosen.
         ImageSource source(model.selectImageFile);
@@ -122,8 +125,9 @@ void StampwiseAppDelegate::reWriteDataTimeFromChannel(qint64 channel) {
 }
 
 void StampwiseAppDelegate::reWriteDataTime() {
-    state_.model.dateTimeString = DateText::stringFromDate(
-        state_.model.aDate, state_.style.gDateType, state_.style.gTimeType);
+    state_.model.dateTimeString =
+        PhotoDate::writtenDate(state_.model.aDate, state_.model.aDateHasTime,
+                               state_.style.gDateType, state_.style.gTimeType);
     setLabelText(state_.model.dateTimeString);
     getStandardFontSize(getGUIObject(Tag::kLabelTextField, nullptr));
     redrawAll(QString());

@@ -216,14 +216,24 @@ int main(int argc, char** argv) {
     }
     const int cores = std::max(1, QThread::idealThreadCount());
 
-    std::printf("generating %d photos of %dx%d (JPEG quality 90, EXIF date, thumbnail)...\n",
-                kPhotos, kWidth, kHeight);
+    std::printf(
+        "generating %d photos of %dx%d (JPEG quality 90, EXIF date, thumbnail) and "
+        "copies dated by name only...\n",
+        kPhotos, kWidth, kHeight);
     std::fflush(stdout);
     QStringList photos;
     for (int i = 0; i < kPhotos; ++i) {
         photos << dir.filePath(QStringLiteral("in/IMG_%1.JPG").arg(i + 1, 4, 10, QChar('0')));
     }
+    // The same pixels without an EXIF date, the date in a phone's file name instead:
+    // the photos the names option reads.
+    QStringList named;
+    for (int i = 0; i < kPhotos; ++i) {
+        named << dir.filePath(
+            QStringLiteral("named/IMG_201403%1_133456.jpg").arg(i + 1, 2, 10, QChar('0')));
+    }
     QDir().mkpath(dir.filePath(QStringLiteral("in")));
+    QDir().mkpath(dir.filePath(QStringLiteral("named")));
     std::atomic<int> next{0};
     std::atomic<bool> generated{true};
     std::vector<std::thread> generators;
@@ -235,7 +245,12 @@ int main(int argc, char** argv) {
                     QStringLiteral("2014:03:%1 13:34:56").arg(i + 1, 2, 10, QChar('0'));
                 fields.thumbnail = QImage(160, 120, QImage::Format_RGB32);
                 fields.thumbnail.fill(Qt::darkGreen);
-                if (!ExifJpegWriter::write(photos[i], cameraLike(quint32(i + 1)), fields)) {
+                const QImage pixels = cameraLike(quint32(i + 1));
+                if (!ExifJpegWriter::write(photos[i], pixels, fields)) {
+                    generated = false;
+                }
+                fields.dateTimeOriginal.reset();
+                if (!ExifJpegWriter::write(named[i], pixels, fields)) {
                     generated = false;
                 }
             }
@@ -317,13 +332,14 @@ int main(int argc, char** argv) {
     };
     const size_t firstOption = tools.size();
     for (const auto& [name, option] : options) {
-        tools.push_back(
-            {name,
-             [&, option = option](int jobs) { return runStamp(photos, out, jobs, option); },
-             true,
-             {},
-             {},
-             true});
+        tools.push_back({name,
+                         [&, option = option](int jobs) {
+                             return runStamp(option.names ? named : photos, out, jobs, option);
+                         },
+                         true,
+                         {},
+                         {},
+                         true});
     }
     bool ok = true;
     std::printf("\nfiles in %s; photos per second (best of %d rounds) and CPU per photo\n",

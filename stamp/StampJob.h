@@ -37,6 +37,6 @@ struct StampOutcome {
     QString source;       // full path
     QString output;       // the output path (written or not)
     bool written = false;
-    QString reason;  // why not written, for people
+    QString reason;  // why not written, or why written without a date, for people
     QString text;    // the date text drawn (empty: written without a stamp)
 };

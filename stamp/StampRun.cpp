@@ -46,20 +46,23 @@ std::optional<FileId> fileId(const QString& path, mode_t* mode = nullptr, int* e
     return FileId{info.st_dev, info.st_ino};
 }
 
-QString dateTextOf(ImageSource& source, qint64 channel, qint64 dateType, qint64 timeType,
-                   const QString& customText) {
+// The date text and, when a shift leaves the calendar, why there is none.
+PhotoDate::Result dateTextOf(ImageSource& source, qint64 channel, qint64 dateType, qint64 timeType,
+                             const QString& customText, const StampOptions& options = {}) {
     if (channel == 0) {
         // The dates of the last page, as a multi-page file's last image carries them.
         return PhotoDate::photoDateText(
-                   source.lastPageDateTimeOriginal(), source.lastPageDateTimeDigitized(),
-                   PhotoDate::fileModificationDate(source.path()), dateType, timeType)
-            .dateTimeString;
+            source.lastPageDateTimeOriginal(), source.lastPageDateTimeDigitized(),
+            PhotoDate::fileModificationDate(source.path()), dateType, timeType,
+            {options.names ? source.path() : QString(), options.shiftSeconds});
     }
     if (channel == 1) {
-        return DateText::stringFromDate(PhotoDate::fileModificationDate(source.path()), dateType,
-                                        timeType);
+        return PhotoDate::fileDateText(PhotoDate::fileModificationDate(source.path()), dateType,
+                                       timeType, options.shiftSeconds);
     }
-    return customText;
+    PhotoDate::Result typed;
+    typed.dateTimeString = customText;
+    return typed;
 }
 
 // A JPEG cut short (a copy that broke off) decodes without an error, grey from
@@ -103,7 +106,7 @@ QString StampRun::outputPath(qsizetype index) const {
 QString StampRun::dateText(const QString& path, qint64 channel, qint64 dateType, qint64 timeType,
                            const QString& customText) {
     ImageSource source(path);
-    return dateTextOf(source, channel, dateType, timeType, customText);
+    return dateTextOf(source, channel, dateType, timeType, customText).dateTimeString;
 }
 
 QString StampRun::refusal() const {
@@ -161,8 +164,10 @@ StampOutcome StampRun::stampOne(qsizetype index, QImage& buffer) const {
         outcome.reason = kUnreadable;
         return outcome;
     }
-    outcome.text =
-        dateTextOf(source, job_.selectChannel, job_.gDateType, job_.gTimeType, job_.customText);
+    const PhotoDate::Result date = dateTextOf(source, job_.selectChannel, job_.gDateType,
+                                              job_.gTimeType, job_.customText, job_.options);
+    outcome.text = date.dateTimeString;
+    outcome.reason = date.problem;
     if (job_.dryRun) {
         outcome.written = true;
         return outcome;

@@ -107,6 +107,34 @@ class InfoCommandTest : public QObject {
         QCOMPARE(out.count('\n'), 1);
         QVERIFY2(out.trimmed().endsWith(expected), qPrintable(out));
     }
+
+    // The date text follows the names and the shift, and says where its date came from.
+    void dateSource_data() {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QStringList>("options");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("name") << "IMG_20140305_133456.jpg" << QStringList{"--names"}
+                              << "dateSource=\"file name\"\tdateText=\"2014:03:05 13:34:56\"";
+        QTest::newRow("shifted exif")
+            << "dated.jpg" << QStringList{"--names", "--shift", "-1d00:00"}
+            << "dateSource=\"DateTimeOriginal\"\tdateText=\"2008:05:03 16:47:24\"";
+        QTest::newRow("names off") << "IMG_20140305_133456.jpg" << QStringList{"--plain"}
+                                   << "dateSource=\"file date\"\tdateText=";
+    }
+    void dateSource() {
+        QFETCH(QString, name);
+        QFETCH(QStringList, options);
+        QFETCH(QString, expected);
+        PhotoRecipe recipe;
+        if (name == "dated.jpg") {
+            recipe.dateTimeOriginal = "2008:05:04 16:47:24";
+        }
+        const QString photo = dir_.photo(name, recipe);
+        const auto [status, out, err] =
+            runInfo(options + QStringList{"--date-type", "0", "--time-type", "1", photo});
+        QCOMPARE(status, 0);
+        QVERIFY2(out.contains(expected), qPrintable(out));
+    }
 };
 
 SW_TEST_CLASS(InfoCommandTest)

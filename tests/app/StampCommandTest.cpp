@@ -38,6 +38,12 @@ class StampCommandTest : public QObject {
                 a.setFileTime(QDateTime(QDate(2011, 7, 9), QTime(8, 7, 6)),
                               QFileDevice::FileModificationTime));
         dir_.photo("in/b.jpg", StampRuns::whitePhoto({1200, 900}, 300));
+        PhotoRecipe undated = StampRuns::whitePhoto({400, 300});
+        undated.dateTimeOriginal.reset();
+        dir_.photo("IMG_20140305_133456.jpg", undated);
+        PhotoRecipe late = StampRuns::whitePhoto({400, 300});
+        late.dateTimeOriginal = "9999:12:31 23:00:00";
+        dir_.photo("late.jpg", late);
         dir_.write("broken.png", "not a photo");
         dir_.write("notes.txt", "not a photo");
     }
@@ -68,6 +74,13 @@ class StampCommandTest : public QObject {
         QTest::newRow("photo date") << dated + out << 0 << 1 << "\"05-Mar-2014 13:34:56\"";
         QTest::newRow("file date") << dated + QStringList{"--source", "file"} + out << 0 << 1
                                    << "\"09-Jul-2011 08:07:06\"";
+        QTest::newRow("shifted photo date") << dated + QStringList{"--shift", "+10:30"} + out << 0
+                                            << 1 << "\"06-Mar-2014 00:04:56\"";
+        const QStringList named{"@IMG_20140305_133456.jpg", "--date-type", "1", "--time-type", "1"};
+        QTest::newRow("date from the name")
+            << named + QStringList{"--names"} + out << 0 << 1 << "\"05-Mar-2014 13:34:56\"";
+        QTest::newRow("shifted past 9999")
+            << QStringList{"@late.jpg", "--shift", "+02:00"} + out << 0 << 1 << "out of range";
         QTest::newRow("typed, 2000 characters")
             << QStringList{"@in/a.jpg", "--text", mixed} + out << 0 << 1 << '"' + mixed + '"';
         QTest::newRow("dry run") << QStringList{"@in", "--dry-run"} + out << 0 << 0

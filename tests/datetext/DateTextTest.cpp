@@ -7,6 +7,7 @@
 
 #include "TestRegistry.h"
 #include "common/Sandbox.h"
+#include "datetext/DateShift.h"
 #include "datetext/DateText.h"
 #include "datetext/PhotoDate.h"
 
@@ -148,6 +149,77 @@ class PhotoDateTest : public QObject {
         const PhotoDate::Result result =
             PhotoDate::photoDateText(text(original), text(digitized), fileDate, 1, timeType);
         QTEST(result.dateTimeString, "dateTimeString");
+    }
+
+    // Names and the shift: which source wins, and where the shifted date lands.
+    void adjusts_data() {
+        QTest::addColumn<QString>("original");
+        QTest::addColumn<QString>("digitized");
+        QTest::addColumn<QString>("name");  // empty: names off
+        QTest::addColumn<QString>("shift");
+        QTest::addColumn<QString>("dateTimeString");
+        QTest::addColumn<QString>("source");
+        const QString none, name = "/p/IMG_20140305_133456.jpg", file = "file date";
+        QTest::newRow("midnight, month end") << "2014:02:28 23:30:00" << none << none << "+01:00"
+                                             << "2014:03:01 00:30:00"
+                                             << "DateTimeOriginal";
+        QTest::newRow("leap year") << "2016:02:28 23:30:00" << none << none << "+01:00"
+                                   << "2016:02:29 00:30:00"
+                                   << "DateTimeOriginal";
+        QTest::newRow("back across a year") << none << "2015:01:01 00:15:00" << none << "-00:30"
+                                            << "2014:12:31 23:45:00"
+                                            << "DateTimeDigitized";
+        QTest::newRow("exif before name") << "2015:01:01 10:00:00" << none << name << ""
+                                          << "2015:01:01 10:00:00"
+                                          << "DateTimeOriginal";
+        QTest::newRow("name before file date") << none << none << name << ""
+                                               << "2014:03:05 13:34:56"
+                                               << "file name";
+        QTest::newRow("null exif, name") << "0000:00:00 00:00:00" << none << name << "+1d00:00"
+                                         << "2014:03:06 13:34:56"
+                                         << "file name";
+        QTest::newRow("date-only name keeps its day") << none << none << "IMG-20140305-WA0001.jpg"
+                                                      << "-11:00"
+                                                      << "2014:03:05"
+                                                      << "file name";
+        QTest::newRow("name the clock skipped") << none << none << "IMG_20140330_023000.jpg"
+                                                << ""
+                                                << "2020:06:01 15:04:05" << file;
+        QTest::newRow("name without date") << none << none << "IMG_0001.jpg"
+                                           << ""
+                                           << "2020:06:01 15:04:05" << file;
+        QTest::newRow("shifted file date") << none << none << none << "-2d00:00"
+                                           << "2020:05:30 15:04:05" << file;
+        QTest::newRow("past 9999") << "9999:12:31 23:00:00" << none << none << "+02:00"
+                                   << ""
+                                   << "DateTimeOriginal";
+    }
+    void adjusts() {
+        QFETCH(QString, original);
+        QFETCH(QString, digitized);
+        QFETCH(QString, name);
+        QFETCH(QString, shift);
+        QFETCH(QString, dateTimeString);
+        const auto text = [](const QString& s) {
+            return s.isNull() ? std::nullopt : std::optional<QString>(s);
+        };
+        const QDateTime fileDate(QDate(2020, 6, 1), QTime(15, 4, 5));
+        const PhotoDate::Result result =
+            PhotoDate::photoDateText(text(original), text(digitized), fileDate, 0, 1,
+                                     {name, DateShift::parse(shift).value()});
+        QCOMPARE(result.dateTimeString, dateTimeString);
+        QTEST(result.source, "source");
+        QCOMPARE(result.problem.isEmpty(), !dateTimeString.isEmpty());
+    }
+
+    // The file-date channel takes the shift as well, and leaves the calendar the same way.
+    void shiftsFileDateChannel() {
+        const QDateTime fileDate(QDate(2020, 6, 1), QTime(15, 4, 5));
+        QCOMPARE(PhotoDate::fileDateText(fileDate, 1, 1, 3600).dateTimeString,
+                 "01-Jun-2020 16:04:05");
+        const QDateTime late(QDate(9999, 12, 31), QTime(23, 0));
+        const PhotoDate::Result out = PhotoDate::fileDateText(late, 1, 1, 7200);
+        QVERIFY(out.dateTimeString.isEmpty() && !out.problem.isEmpty());
     }
 
     void readsFileModificationDate() {
