@@ -18,7 +18,6 @@
 #include <vector>
 
 #include "catalog/ImageSource.h"
-#include "datetext/DateText.h"
 #include "datetext/PhotoDate.h"
 #include "stamp/ImageWriter.h"
 #include "stamp/StampPainter.h"
@@ -101,12 +100,6 @@ StampRun::StampRun(StampJob job) : job_(std::move(job)) {
 QString StampRun::outputPath(qsizetype index) const {
     const QString name = QFileInfo(job_.photos.at(index)).fileName();
     return folder_.endsWith(QLatin1Char('/')) ? folder_ + name : folder_ + QLatin1Char('/') + name;
-}
-
-QString StampRun::dateText(const QString& path, qint64 channel, qint64 dateType, qint64 timeType,
-                           const QString& customText) {
-    ImageSource source(path);
-    return dateTextOf(source, channel, dateType, timeType, customText).dateTimeString;
 }
 
 QString StampRun::refusal() const {

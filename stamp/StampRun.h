@@ -34,10 +34,6 @@ class StampRun {
     // Where photo i is written: the output folder joined with its file name.
     QString outputPath(qsizetype index) const;
 
-    // The date text photo path gets under the job's channel and types.
-    static QString dateText(const QString& path, qint64 channel, qint64 dateType, qint64 timeType,
-                            const QString& customText);
-
     // A reason the run gives for a photo it could not stamp.
     static inline const QString kNotRegular =
         QStringLiteral("not a regular file (a pipe, socket, device or folder)");
