@@ -5,6 +5,10 @@
 #include <cstring>
 #include <utility>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 namespace Orientation {
 namespace {
 
@@ -41,6 +45,74 @@ void quarterTurn(const QImage& from, QImage& to, bool flipColumns, bool flipRows
     }
 }
 
+#if defined(__SSE2__)
+// 32-bit pixels, four rows of four at a time turned in registers: the scalar
+// walk costs a quarter of a plain run on a 12-megapixel photo, this much less.
+void quarterTurn32(const QImage& from, QImage& to, bool flipColumns, bool flipRows) {
+    constexpr int kTile = 64;
+    const int width = from.width();
+    const int height = from.height();
+    const qsizetype fromStride = from.bytesPerLine();
+    const qsizetype toStride = to.bytesPerLine();
+    const uchar* const source = from.constBits();
+    uchar* const target = to.bits();
+    const int width4 = width & ~3;
+    const int height4 = height & ~3;
+    for (int rows = 0; rows < height4; rows += kTile) {
+        const int rowsEnd = std::min(rows + kTile, height4);
+        for (int columns = 0; columns < width4; columns += kTile) {
+            const int columnsEnd = std::min(columns + kTile, width4);
+            for (int r = rows; r < rowsEnd; r += 4) {
+                const uchar* const line = source + qsizetype(r) * fromStride;
+                const int x = flipRows ? height - 4 - r : r;
+                for (int c = columns; c < columnsEnd; c += 4) {
+                    const uchar* const at = line + qsizetype(c) * 4;
+                    const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
+                    const __m128i b =
+                        _mm_loadu_si128(reinterpret_cast<const __m128i*>(at + fromStride));
+                    const __m128i e =
+                        _mm_loadu_si128(reinterpret_cast<const __m128i*>(at + 2 * fromStride));
+                    const __m128i d =
+                        _mm_loadu_si128(reinterpret_cast<const __m128i*>(at + 3 * fromStride));
+                    const __m128i ab0 = _mm_unpacklo_epi32(a, b);
+                    const __m128i ed0 = _mm_unpacklo_epi32(e, d);
+                    const __m128i ab1 = _mm_unpackhi_epi32(a, b);
+                    const __m128i ed1 = _mm_unpackhi_epi32(e, d);
+                    // Stored column c + k, rows r..r+3.
+                    const __m128i column[4] = {
+                        _mm_unpacklo_epi64(ab0, ed0), _mm_unpackhi_epi64(ab0, ed0),
+                        _mm_unpacklo_epi64(ab1, ed1), _mm_unpackhi_epi64(ab1, ed1)};
+                    for (int k = 0; k < 4; ++k) {
+                        const int y = flipColumns ? width - 1 - (c + k) : c + k;
+                        const __m128i v = flipRows ? _mm_shuffle_epi32(column[k], 0x1B) : column[k];
+                        _mm_storeu_si128(reinterpret_cast<__m128i*>(
+                                             target + qsizetype(y) * toStride + qsizetype(x) * 4),
+                                         v);
+                    }
+                }
+            }
+        }
+    }
+    // The last columns and rows that make no block of four.
+    const auto put = [&](int c, int r) {
+        const int y = flipColumns ? width - 1 - c : c;
+        const int x = flipRows ? height - 1 - r : r;
+        std::memcpy(target + qsizetype(y) * toStride + qsizetype(x) * 4,
+                    source + qsizetype(r) * fromStride + qsizetype(c) * 4, 4);
+    };
+    for (int r = 0; r < height; ++r) {
+        for (int c = width4; c < width; ++c) {
+            put(c, r);
+        }
+    }
+    for (int r = height4; r < height; ++r) {
+        for (int c = 0; c < width4; ++c) {
+            put(c, r);
+        }
+    }
+}
+#endif
+
 bool quarterTurnByDepth(const QImage& from, QImage& to, bool flipColumns, bool flipRows) {
     switch (from.depth()) {
         case 8:
@@ -53,7 +125,11 @@ bool quarterTurnByDepth(const QImage& from, QImage& to, bool flipColumns, bool f
             quarterTurn<Pixel<3>>(from, to, flipColumns, flipRows);
             return true;
         case 32:
+#if defined(__SSE2__)
+            quarterTurn32(from, to, flipColumns, flipRows);
+#else
             quarterTurn<Pixel<4>>(from, to, flipColumns, flipRows);
+#endif
             return true;
         case 64:
             quarterTurn<Pixel<8>>(from, to, flipColumns, flipRows);

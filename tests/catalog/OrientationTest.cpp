@@ -1,8 +1,12 @@
 #include <QImage>
+#include <QImageReader>
 #include <QTest>
 
 #include "TestRegistry.h"
 #include "catalog/Orientation.h"
+#include "common/Sandbox.h"
+#include "common/TestImages.h"
+#include "tools/ExifJpegWriter.h"
 
 namespace {
 // Rows of letters, "abc/def": one pixel a letter, the letter in its blue channel.
@@ -53,6 +57,18 @@ class OrientationTest : public QObject {
         QTEST(letters(turned), "upright");
         QCOMPARE(Orientation::uprightSize(QSize(3, 2), orientation), turned.size());
         QCOMPARE(Orientation::uprightSize(QSizeF(3, 2), orientation), QSizeF(turned.size()));
+
+        // Wider than a tile and not in blocks of four, against Qt's own reading of the tag.
+        Sandbox dir;
+        ExifJpegWriter::Fields fields;
+        fields.orientation = orientation;
+        const QString path = dir.path("tagged.jpg");
+        QVERIFY(ExifJpegWriter::write(path, TestImages::pattern({70, 45}), fields));
+        QImageReader stored(path);
+        stored.setAutoTransform(false);
+        QImageReader shown(path);
+        shown.setAutoTransform(true);
+        QCOMPARE(Orientation::upright(stored.read(), orientation), shown.read());
     }
 };
 SW_TEST_CLASS(OrientationTest)
