@@ -58,41 +58,45 @@ void quarterTurn32(const QImage& from, QImage& to, bool flipColumns, bool flipRo
     uchar* const target = to.bits();
     const int width4 = width & ~3;
     const int height4 = height & ~3;
+    // Down a strip of rows, one block column at a time: each target row then
+    // receives whole cache lines, written past the cache (the writer reads the
+    // photo long after it is evicted anyway).
     for (int rows = 0; rows < height4; rows += kTile) {
         const int rowsEnd = std::min(rows + kTile, height4);
-        for (int columns = 0; columns < width4; columns += kTile) {
-            const int columnsEnd = std::min(columns + kTile, width4);
+        for (int c = 0; c < width4; c += 4) {
             for (int r = rows; r < rowsEnd; r += 4) {
-                const uchar* const line = source + qsizetype(r) * fromStride;
+                const uchar* const at = source + qsizetype(r) * fromStride + qsizetype(c) * 4;
                 const int x = flipRows ? height - 4 - r : r;
-                for (int c = columns; c < columnsEnd; c += 4) {
-                    const uchar* const at = line + qsizetype(c) * 4;
-                    const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
-                    const __m128i b =
-                        _mm_loadu_si128(reinterpret_cast<const __m128i*>(at + fromStride));
-                    const __m128i e =
-                        _mm_loadu_si128(reinterpret_cast<const __m128i*>(at + 2 * fromStride));
-                    const __m128i d =
-                        _mm_loadu_si128(reinterpret_cast<const __m128i*>(at + 3 * fromStride));
-                    const __m128i ab0 = _mm_unpacklo_epi32(a, b);
-                    const __m128i ed0 = _mm_unpacklo_epi32(e, d);
-                    const __m128i ab1 = _mm_unpackhi_epi32(a, b);
-                    const __m128i ed1 = _mm_unpackhi_epi32(e, d);
-                    // Stored column c + k, rows r..r+3.
-                    const __m128i column[4] = {
-                        _mm_unpacklo_epi64(ab0, ed0), _mm_unpackhi_epi64(ab0, ed0),
-                        _mm_unpacklo_epi64(ab1, ed1), _mm_unpackhi_epi64(ab1, ed1)};
-                    for (int k = 0; k < 4; ++k) {
-                        const int y = flipColumns ? width - 1 - (c + k) : c + k;
-                        const __m128i v = flipRows ? _mm_shuffle_epi32(column[k], 0x1B) : column[k];
-                        _mm_storeu_si128(reinterpret_cast<__m128i*>(
-                                             target + qsizetype(y) * toStride + qsizetype(x) * 4),
-                                         v);
+                const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
+                const __m128i b =
+                    _mm_loadu_si128(reinterpret_cast<const __m128i*>(at + fromStride));
+                const __m128i e =
+                    _mm_loadu_si128(reinterpret_cast<const __m128i*>(at + 2 * fromStride));
+                const __m128i d =
+                    _mm_loadu_si128(reinterpret_cast<const __m128i*>(at + 3 * fromStride));
+                const __m128i ab0 = _mm_unpacklo_epi32(a, b);
+                const __m128i ed0 = _mm_unpacklo_epi32(e, d);
+                const __m128i ab1 = _mm_unpackhi_epi32(a, b);
+                const __m128i ed1 = _mm_unpackhi_epi32(e, d);
+                // Stored column c + k, rows r..r+3.
+                const __m128i column[4] = {
+                    _mm_unpacklo_epi64(ab0, ed0), _mm_unpackhi_epi64(ab0, ed0),
+                    _mm_unpacklo_epi64(ab1, ed1), _mm_unpackhi_epi64(ab1, ed1)};
+                for (int k = 0; k < 4; ++k) {
+                    const int y = flipColumns ? width - 1 - (c + k) : c + k;
+                    const __m128i v = flipRows ? _mm_shuffle_epi32(column[k], 0x1B) : column[k];
+                    auto* const to16 = reinterpret_cast<__m128i*>(target + qsizetype(y) * toStride +
+                                                                  qsizetype(x) * 4);
+                    if ((reinterpret_cast<quintptr>(to16) & 15) == 0) {
+                        _mm_stream_si128(to16, v);
+                    } else {
+                        _mm_storeu_si128(to16, v);
                     }
                 }
             }
         }
     }
+    _mm_sfence();
     // The last columns and rows that make no block of four.
     const auto put = [&](int c, int r) {
         const int y = flipColumns ? width - 1 - c : c;
