@@ -155,6 +155,7 @@ AssetCollectionViewNode* AssetCollectionView::insertNodeForAssetAtIndex(qsizetyp
     }
     layoutDirty_ = true;
     auto node = std::make_unique<AssetCollectionViewNode>();
+    node->setUpright(upright_);
     node->setAsset(assetCollection_->assets().at(index));
     applyShadow(node->rootView());
     scene_.addItem(node->rootView());
@@ -522,4 +523,14 @@ void AssetCollectionView::keyPressEvent(QKeyEvent* event) {
 
 SlideCarrierView* AssetCollectionView::currentSlide() const {
     return current_;
+}
+
+void AssetCollectionView::setUpright(bool on) {
+    if (on == upright_) {
+        return;
+    }
+    upright_ = on;
+    for (const auto& node : nodes_) {
+        node->setUpright(on);
+    }
 }

@@ -84,6 +84,9 @@ class AssetCollectionView : public QGraphicsView {
     bool usesQuartzCompositionBackground() const { return usesQuartzCompositionBackground_; }
     void setUsesQuartzCompositionBackground(bool on);
 
+    // Thumbnails and their sizes turned by each photo's orientation tag.
+    void setUpright(bool on);
+
   protected:
     void drawBackground(QPainter* painter, const QRectF& rect) override;
     void resizeEvent(QResizeEvent* event) override;
@@ -115,6 +118,7 @@ class AssetCollectionView : public QGraphicsView {
     qint32 subviewsLayoutType_ = 3;
     QList<AssetSort::SortRule> sortDescriptors_;
     bool slidesHaveShadows_ = false;
+    bool upright_ = false;
     // One fade drives every card's shadow; cards come and go with it.
     QVariantAnimation shadowFade_;
     qreal shadowAlpha_ = 0;
