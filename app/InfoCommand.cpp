@@ -12,6 +12,7 @@
 #include "app/StampOptionsStore.h"
 #include "catalog/AssetCollection.h"
 #include "catalog/ImageAsset.h"
+#include "catalog/Orientation.h"
 #include "datetext/DateShift.h"
 #include "datetext/DateText.h"
 #include "datetext/PhotoDate.h"
@@ -68,12 +69,23 @@ QJsonObject InfoCommand::describe(const QString& path, qint64 dateType, qint64 t
     QJsonObject record;
     record["path"] = path;
     record["readable"] = readable;
-    record["pixelWidth"] = asset.pixelsWide();
-    record["pixelHeight"] = asset.pixelsHigh();
+    // Upright, the sizes are those of the turned photo; the width's resolution
+    // is then the one stated for the stored height.
+    const int turn =
+        options.upright && readable ? asset.imageSource()->orientation() : Orientation::kNormal;
+    const QSize pixels =
+        Orientation::uprightSize(QSize(int(asset.pixelsWide()), int(asset.pixelsHigh())), turn);
+    const QSizeF points = Orientation::uprightSize(asset.pointSize(), turn);
+    record["pixelWidth"] = pixels.width();
+    record["pixelHeight"] = pixels.height();
     const QJsonValue none(QJsonValue::Null);
-    record["pointWidth"] = readable ? QJsonValue(asset.pointSize().width()) : none;
-    record["pointHeight"] = readable ? QJsonValue(asset.pointSize().height()) : none;
-    record["dpi"] = readable ? QJsonValue(asset.dpiX()) : none;
+    record["pointWidth"] = readable ? QJsonValue(points.width()) : none;
+    record["pointHeight"] = readable ? QJsonValue(points.height()) : none;
+    const double dpi = Orientation::swapsAxes(turn) ? asset.dpiY() : asset.dpiX();
+    record["dpi"] = readable ? QJsonValue(dpi) : none;
+    if (options.upright) {
+        record["orientation"] = readable ? QJsonValue(turn) : none;
+    }
     // The dates the stamp run would use: those of the file's last image.
     const std::optional<QString> original = asset.lastPageDateTimeOriginal();
     const std::optional<QString> digitized = asset.lastPageDateTimeDigitized();
@@ -105,7 +117,7 @@ void InfoCommand::printUsage(QTextStream& stream) const {
               "\n"
               "  --date-type N  date layout 0-3 (default: the saved choice)\n"
               "  --time-type N  time layout 0-2 (default: the saved choice)\n"
-              "  --upright      sizes of the photo turned by its orientation tag\n"
+              "  --upright      sizes of the photo turned by its orientation tag, and the tag\n"
               "  --shift SHIFT  add [+|-][Nd]HH:MM[:SS] to the photo's date\n"
               "  --names        a photo without an EXIF date takes one from its file name\n"
               "  --plain        none of these three unless given (default: the saved choices)\n"
@@ -185,6 +197,9 @@ int InfoCommand::run(const QStringList& arguments) {
                  {"readable", "pixelWidth", "pixelHeight", "pointWidth", "pointHeight", "dpi",
                   "DateTimeOriginal", "DateTimeDigitized", "fileDate", "dateSource", "dateText"}) {
                 out_ << '\t' << key << '=' << plainValue(record[QLatin1String(key)]);
+            }
+            if (record.contains(QLatin1String("orientation"))) {
+                out_ << "\torientation=" << plainValue(record[QLatin1String("orientation")]);
             }
             out_ << '\n';
             out_.flush();

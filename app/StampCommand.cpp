@@ -17,6 +17,7 @@
 #include "app/StampOptionsStore.h"
 #include "catalog/ImageAsset.h"
 #include "catalog/ImageSource.h"
+#include "catalog/Orientation.h"
 #include "datetext/DateShift.h"
 #include "datetext/PhotoDate.h"
 #include "stamp/PreviewLayout.h"
@@ -91,8 +92,10 @@ QString modelText(const QString& model, const StampJob& job) {
 // date text and placed as the window's preset buttons (or a drag) would.
 void placeOnModel(const QString& model, const Place& place, StampJob& job) {
     ImageSource source(model);
-    const QSize pixels = source.maxPageSize();
-    const QSizeF points = source.pointSize();
+    // The label is placed on the model as the window shows it, upright or not.
+    const int turn = job.options.upright ? source.orientation() : Orientation::kNormal;
+    const QSize pixels = Orientation::uprightSize(source.maxPageSize(), turn);
+    const QSizeF points = Orientation::uprightSize(source.pointSize(), turn);
     const QSizeF text = TextMetrics::measureText(modelText(model, job), job.font);
     const PreviewLayout::Size shown{static_cast<float>(pixels.width()),
                                     static_cast<float>(pixels.height())};

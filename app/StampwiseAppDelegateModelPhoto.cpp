@@ -10,6 +10,7 @@
 
 #include "app/StampwiseAppDelegate.h"
 #include "catalog/ImageSource.h"
+#include "catalog/Orientation.h"
 #include "datetext/PhotoDate.h"
 #include "stamp/TextMetrics.h"
 
@@ -43,7 +44,9 @@ void StampwiseAppDelegate::displayImageFileName(const QString& path) {
     } else if (model.selectChannel != 0) {
         reWriteDataTimeFromChannel(2);
     }
-    const QSize pixels = source.isReadable() ? source.maxPageSize() : QSize();
+    const int turn = state_.options.upright ? source.orientation() : Orientation::kNormal;
+    const QSize pixels =
+        source.isReadable() ? Orientation::uprightSize(source.maxPageSize(), turn) : QSize();
     model.imageOriginalWidth = static_cast<float>(pixels.width());
     model.imageOriginalHeight = static_cast<float>(pixels.height());
     requestPreview(path);
@@ -66,7 +69,9 @@ void StampwiseAppDelegate::displayImageFileName(const QString& path) {
 
 // The size in points, and the photo's own date with the file date as fallback.
 void StampwiseAppDelegate::readModelPhotoDate(ImageSource& source) {
-    const QSizeF points = source.isReadable() ? source.pointSize() : QSizeF();
+    const int turn = state_.options.upright ? source.orientation() : Orientation::kNormal;
+    const QSizeF points =
+        source.isReadable() ? Orientation::uprightSize(source.pointSize(), turn) : QSizeF();
     state_.model.imageWidth = static_cast<float>(points.width());
     state_.model.imageHeight = static_cast<float>(points.height());
     const StampOptions& options = state_.options;
@@ -99,8 +104,12 @@ void StampwiseAppDelegate::requestPreview(const QString& path) {
         emit previewShown();
     });
     const int maxSide = previewMaxSide();
-    watcher->setFuture(
-        QtConcurrent::run([path, maxSide] { return ImageSource(path).reducedImage(maxSide); }));
+    const bool upright = state_.options.upright;
+    watcher->setFuture(QtConcurrent::run([path, maxSide, upright] {
+        ImageSource source(path);
+        QImage image = source.reducedImage(maxSide);
+        return upright ? Orientation::upright(std::move(image), source.orientation()) : image;
+    }));
 }
 
 void StampwiseAppDelegate::reWriteDataTimeFromChannel(qint64 channel) {

@@ -5,9 +5,13 @@
 #include "app/OptionsWindowController.h"
 #include "app/StampOptionsStore.h"
 #include "app/StampwiseAppDelegate.h"
+#include "browser/AssetCollectionView.h"
 
 void StampwiseAppDelegate::loadStampOptions() {
     state_.options = StampOptionsStore::load(QSettings());
+    if (assetCollectionView_) {
+        assetCollectionView_->setUpright(state_.options.upright);
+    }
 }
 
 void StampwiseAppDelegate::setStampOptions(const StampOptions& options) {
@@ -19,6 +23,9 @@ void StampwiseAppDelegate::setStampOptions(const StampOptions& options) {
     StampOptionsStore::save(settings, options);
     if (optionsWindow_) {
         optionsWindow_->setOptions(options);
+    }
+    if (assetCollectionView_) {
+        assetCollectionView_->setUpright(options.upright);
     }
     // The model photo's date, shape and label follow the options.
     if (state_.model.hasImage) {

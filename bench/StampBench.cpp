@@ -245,6 +245,8 @@ int main(int argc, char** argv) {
                     QStringLiteral("2014:03:%1 13:34:56").arg(i + 1, 2, 10, QChar('0'));
                 fields.thumbnail = QImage(160, 120, QImage::Format_RGB32);
                 fields.thumbnail.fill(Qt::darkGreen);
+                // Stored on its side, as a camera held upright stores it: --upright turns it.
+                fields.orientation = 6;
                 const QImage pixels = cameraLike(quint32(i + 1));
                 if (!ExifJpegWriter::write(photos[i], pixels, fields)) {
                     generated = false;

@@ -168,6 +168,7 @@ AssetCollectionViewNode* AssetCollectionView::insertNodeForAssetAtIndex(qsizetyp
     }
     layoutDirty_ = true;
     auto node = std::make_unique<AssetCollectionViewNode>();
+    node->setUpright(upright_);
     node->setAsset(assetCollection_->assets().at(index));
     applyShadow(node->rootView());
     connect(node->rootView(), &SlideCarrierView::looksChanged, this,
@@ -640,4 +641,14 @@ void AssetCollectionView::keyPressEvent(QKeyEvent* event) {
 
 SlideCarrierView* AssetCollectionView::currentSlide() const {
     return current_;
+}
+
+void AssetCollectionView::setUpright(bool on) {
+    if (on == upright_) {
+        return;
+    }
+    upright_ = on;
+    for (const auto& node : nodes_) {
+        node->setUpright(on);
+    }
 }

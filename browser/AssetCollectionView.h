@@ -88,6 +88,9 @@ class AssetCollectionView : public QGraphicsView {
     // built a slice per event-loop turn, then copied instead of drawn again.
     bool hasRestLayer() const { return restLayerReady_; }
 
+    // Thumbnails and their sizes turned by each photo's orientation tag.
+    void setUpright(bool on);
+
   protected:
     void drawBackground(QPainter* painter, const QRectF& rect) override;
     // Called only while the rest layer is ready.
@@ -125,6 +128,7 @@ class AssetCollectionView : public QGraphicsView {
     qint32 subviewsLayoutType_ = 3;
     QList<AssetSort::SortRule> sortDescriptors_;
     bool slidesHaveShadows_ = false;
+    bool upright_ = false;
     // One fade drives every card's shadow; cards come and go with it.
     QVariantAnimation shadowFade_;
     qreal shadowAlpha_ = 0;

@@ -2,6 +2,7 @@
 
 #include "browser/SlideCarrierView.h"
 #include "catalog/ImageAsset.h"
+#include "catalog/Orientation.h"
 #include "platform/NotificationCenter.h"
 #include "platform/NotificationNames.h"
 
@@ -48,16 +49,32 @@ void AssetCollectionViewNode::setAsset(const std::shared_ptr<Asset>& asset) {
 }
 
 void AssetCollectionViewNode::showPreview() {
-    rootView_->setImage(asset_->previewImage());
-    // The size is read once the preview exists: its source is open by then,
-    // so this never opens a file on the main thread.
+    // The size and the orientation are read once the preview exists: its source
+    // is open and its metadata read by then, so this never opens a file on the
+    // main thread. A thumbnail is small enough to turn each time it is shown.
+    const QImage preview = asset_->previewImage();
+    auto* image = qobject_cast<ImageAsset*>(asset_.get());
+    const std::shared_ptr<ImageSource> source =
+        image && upright_ && !preview.isNull() ? image->imageSource() : nullptr;
+    const int turn = source ? source->orientation() : Orientation::kNormal;
+    rootView_->setImage(Orientation::upright(preview, turn));
     QString dimensions;
-    if (auto* image = qobject_cast<ImageAsset*>(asset_.get());
-        image && !asset_->previewImage().isNull()) {
-        dimensions =
-            QStringLiteral("%1 \u00d7 %2").arg(image->pixelsWide()).arg(image->pixelsHigh());
+    if (image && !preview.isNull()) {
+        const QSize size = Orientation::uprightSize(
+            QSize(int(image->pixelsWide()), int(image->pixelsHigh())), turn);
+        dimensions = QStringLiteral("%1 \u00d7 %2").arg(size.width()).arg(size.height());
     }
     rootView_->setTexts(asset_->localizedTypeDescription(), dimensions);
+}
+
+void AssetCollectionViewNode::setUpright(bool on) {
+    if (on == upright_) {
+        return;
+    }
+    upright_ = on;
+    if (asset_ && !asset_->previewImage().isNull()) {
+        showPreview();
+    }
 }
 
 void AssetCollectionViewNode::setTitleCheckBox(bool checked) {

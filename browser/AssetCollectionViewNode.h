@@ -21,6 +21,9 @@ class AssetCollectionViewNode : public QObject {
     const std::shared_ptr<Asset>& asset() const { return asset_; }
     void setAsset(const std::shared_ptr<Asset>& asset);
 
+    // Shows the thumbnail and its size turned by the photo's orientation tag.
+    void setUpright(bool on);
+
     // The box only; the flag is the caller's.
     void setTitleCheckBox(bool checked);
     void clickTitleCheckBox();
@@ -30,4 +33,5 @@ class AssetCollectionViewNode : public QObject {
 
     std::shared_ptr<Asset> asset_;
     SlideCarrierView* rootView_;
+    bool upright_ = false;
 };

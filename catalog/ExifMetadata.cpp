@@ -74,6 +74,10 @@ Fields readImage(Exiv2::Image* image, bool withThumbnail) {
     fields.dateTimeOriginal = textOf(exif, "Exif.Photo.DateTimeOriginal");
     fields.dateTimeDigitized = textOf(exif, "Exif.Photo.DateTimeDigitized");
     readResolution(exif, fields);
+    const auto orientation = exif.findKey(Exiv2::ExifKey("Exif.Image.Orientation"));
+    if (orientation != exif.end() && orientation->count() >= 1) {
+        fields.orientation = Orientation::fromTag(orientation->toLong(0));
+    }
     if (withThumbnail) {
         Exiv2::ExifThumbC thumb(exif);
         const Exiv2::DataBuf buf = thumb.copy();

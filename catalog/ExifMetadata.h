@@ -4,6 +4,8 @@
 #include <QString>
 #include <optional>
 
+#include "catalog/Orientation.h"
+
 // What the catalog reads from a photo's embedded metadata (EXIF, JFIF, PNG
 // pHYs). Every reader here treats its input as hostile: malformed data gives
 // empty fields, never an exception or a crash.
@@ -15,6 +17,8 @@ struct Fields {
     // Stated resolution in dots per inch; nullopt when the file states none.
     std::optional<double> dpiX;
     std::optional<double> dpiY;
+    // The orientation tag, 1..8; Orientation::kNormal when absent or unknown.
+    int orientation = Orientation::kNormal;
     // The EXIF thumbnail's encoded bytes (JPEG or TIFF), empty when absent.
     QByteArray thumbnail;
 };

@@ -188,6 +188,10 @@ QSizeF ImageSource::pointSize() {
     return {pixels.width() * 72.0 / dpiX(), pixels.height() * 72.0 / dpiY()};
 }
 
+int ImageSource::orientation() {
+    return metadata().orientation;
+}
+
 QByteArray ImageSource::takeEmbeddedThumbnail() {
     metadata();
     std::lock_guard lock(thumbnailMutex_);

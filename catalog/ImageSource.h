@@ -50,6 +50,8 @@ class ImageSource {
     double dpiY();
     // The first image's size at its stated resolution, in points.
     QSizeF pointSize();
+    // The EXIF orientation tag, 1..8 (Orientation::kNormal when none).
+    int orientation();
 
     // A preview at most maxSide pixels on its longer side: the embedded EXIF
     // thumbnail when there is one, else a reduced decode. Orientation tags are

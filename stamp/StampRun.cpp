@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "catalog/ImageSource.h"
+#include "catalog/Orientation.h"
 #include "datetext/PhotoDate.h"
 #include "stamp/ImageWriter.h"
 #include "stamp/StampPainter.h"
@@ -188,24 +189,33 @@ StampOutcome StampRun::stampOne(qsizetype index, QImage& buffer) const {
         }
     }
 
+    // Turned before it is placed: the stamp goes where the label is on the upright
+    // preview. A stated resolution stays with its stored axis.
+    const int orientation = job_.options.upright ? source.orientation() : Orientation::kNormal;
+    // A quarter turn's target, kept for the worker's next photo like its buffer.
+    thread_local QImage quarterTurned;
+    QImage& photo = Orientation::upright(buffer, orientation, quarterTurned);
+    const bool swapped = Orientation::swapsAxes(orientation);
+    const QSize shown = Orientation::uprightSize(size, orientation);
+
     // Placed and drawn in the photo's points, then scaled to its pixels, so the stamp
     // covers the share of the photo that the label covers of the preview.
-    const double dpiX = source.dpiX();
-    const double dpiY = source.dpiY();
-    const float width = static_cast<float>(size.width());
-    const float height = static_cast<float>(size.height());
-    const float pointWidth = static_cast<float>(size.width() * ImageSource::kDefaultDpi / dpiX);
-    const float pointHeight = static_cast<float>(size.height() * ImageSource::kDefaultDpi / dpiY);
+    const double dpiX = swapped ? source.dpiY() : source.dpiX();
+    const double dpiY = swapped ? source.dpiX() : source.dpiY();
+    const float width = static_cast<float>(shown.width());
+    const float height = static_cast<float>(shown.height());
+    const float pointWidth = static_cast<float>(shown.width() * ImageSource::kDefaultDpi / dpiX);
+    const float pointHeight = static_cast<float>(shown.height() * ImageSource::kDefaultDpi / dpiY);
     const StampGeometry::TPosition at = StampGeometry::calculateOutputPosition(
         job_.snapshot, StampGeometry::outputArea(pointWidth, pointHeight, job_.margin),
         static_cast<float>(job_.labelTextSize.width()),
         static_cast<float>(job_.labelTextSize.height()));
-    buffer = StampPainter::drawStamp(
-        std::move(buffer), outcome.text, job_.font, job_.color, at,
+    photo = StampPainter::drawStamp(
+        std::move(photo), outcome.text, job_.font, job_.color, at,
         QSizeF(dpiX / ImageSource::kDefaultDpi, dpiY / ImageSource::kDefaultDpi));
 
     QString why;
-    if (!ImageWriter::saveImage(buffer, width, height, outcome.output, &why)) {
+    if (!ImageWriter::saveImage(photo, width, height, outcome.output, &why)) {
         outcome.reason = QStringLiteral("cannot be written: %1").arg(why);
         return outcome;
     }

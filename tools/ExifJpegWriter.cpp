@@ -52,6 +52,9 @@ bool write(const QString& path, QImage image, const Fields& fields, int quality,
         exif["Exif.Image.XResolution"] = Exiv2::URational(fields.dpi, 1);
         exif["Exif.Image.YResolution"] = Exiv2::URational(fields.dpi, 1);
         exif["Exif.Image.ResolutionUnit"] = uint16_t(2);  // inches
+        if (fields.orientation != 0) {
+            exif["Exif.Image.Orientation"] = uint16_t(fields.orientation);
+        }
         if (fields.dateTimeOriginal) {
             exif["Exif.Photo.DateTimeOriginal"] = fields.dateTimeOriginal->toStdString();
         }

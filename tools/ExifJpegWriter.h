@@ -15,6 +15,7 @@ struct Fields {
     QImage thumbnail;  // none stored when null
     QString make;      // Exif.Image.Make and Model, left out when empty
     QString model;
+    int orientation = 0;  // Exif.Image.Orientation, left out when 0
 };
 
 // Replaces path; false, with the reason in *error when given, on failure.

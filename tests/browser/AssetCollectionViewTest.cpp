@@ -14,6 +14,7 @@
 #include "common/TestImages.h"
 #include "platform/NotificationCenter.h"
 #include "platform/NotificationNames.h"
+#include "tools/ExifJpegWriter.h"
 
 namespace {
 
@@ -291,6 +292,24 @@ class AssetCollectionViewTest : public QObject {
         asset->setIncludedInSlideshow(false);
         QVERIFY(!card->isChecked());
         QTRY_VERIFY(card->hasImage());
+        QCOMPARE(card->dimensionsText(), QString("40 \u00d7 30"));
+    }
+
+    // Upright, a photo stored on its side shows its upright size, and follows
+    // the option when it changes.
+    void uprightCard() {
+        QTemporaryDir dir;
+        const QString path = dir.filePath("side.jpg");
+        ExifJpegWriter::Fields fields;
+        fields.orientation = 6;
+        QVERIFY(ExifJpegWriter::write(path, TestImages::solid(QSize(40, 30)), fields));
+        Browser browser({});
+        browser.view.setUpright(true);
+        browser.catalog.addAsset(std::make_shared<ImageAsset>(QUrl::fromLocalFile(path)));
+        SlideCarrierView* card = browser.view.nodes().front()->rootView();
+        QTRY_VERIFY(card->hasImage());
+        QCOMPARE(card->dimensionsText(), QString("30 \u00d7 40"));
+        browser.view.setUpright(false);
         QCOMPARE(card->dimensionsText(), QString("40 \u00d7 30"));
     }
 };
