@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <cstring>
 #include <exiv2/exiv2.hpp>
+#include <memory>
 #include <mutex>
 
 #include "stamp/ImageWriter.h"
@@ -28,7 +29,7 @@ void initialiseExiv2() {
     });
 }
 
-QByteArray encode(const QImage& image, const QByteArray& format, int quality) {
+QByteArray encode(const QImage& image, const QByteArray& format, int quality, int compression = 0) {
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
@@ -36,6 +37,7 @@ QByteArray encode(const QImage& image, const QByteArray& format, int quality) {
     if (quality > 0) {
         writer.setQuality(quality);
     }
+    writer.setCompression(compression);
     return writer.write(image) ? bytes : QByteArray();
 }
 
@@ -167,29 +169,48 @@ KeptFormatWriter::Result KeptFormatWriter::save(const QImage& image, const QStri
                                                 fileName, &result.error);
         return result;
     }
+    initialiseExiv2();
+    std::unique_ptr<Exiv2::Image> source;
+    try {
+        source.reset(Exiv2::ImageFactory::open(QFile::encodeName(sourcePath).toStdString(), false)
+                         .release());
+        source->readMetadata();
+    } catch (const std::exception&) {
+        source.reset();  // a source whose metadata cannot be read has none to keep
+    }
     int quality = -1;
+    int compression = 0;
+    if (format == "tiff" && source) {
+        // Qt writes TIFFs plain or LZW: a compressed source stays compressed.
+        const auto found = source->exifData().findKey(Exiv2::ExifKey("Exif.Image.Compression"));
+        compression = found != source->exifData().end() && found->toLong() != 1 ? 1 : 0;
+    }
     if (format == "jpeg") {
-        QFile source(sourcePath);
-        quality = source.open(QIODevice::ReadOnly)
-                      ? JpegQuality::estimate(source.read(kJpegHeaderBytes))
+        QFile file(sourcePath);
+        quality = file.open(QIODevice::ReadOnly)
+                      ? JpegQuality::estimate(file.read(kJpegHeaderBytes))
                       : JpegQuality::kUnknown;
     }
-    const QByteArray encoded = encode(image, format, quality);
+    const QByteArray encoded = encode(image, format, quality, compression);
     if (encoded.isEmpty()) {
         result.error = QStringLiteral("cannot be encoded as %1").arg(QString::fromLatin1(format));
         return result;
     }
 
-    initialiseExiv2();
     QByteArray bytes = encoded;
-    try {
-        auto source = Exiv2::ImageFactory::open(QFile::encodeName(sourcePath).toStdString(), false);
-        source->readMetadata();
-        const Exiv2::ExifData exif = adaptedExif(source->exifData(), image, upright);
+    if (!source) {
+        result.note = QStringLiteral("written without its metadata (it cannot be read)");
+    } else {
+        QString failure;
+        Exiv2::ExifData exif;
+        try {
+            exif = adaptedExif(source->exifData(), image, upright);
+        } catch (const std::exception& error) {
+            result.note = QStringLiteral("written without its EXIF data (%1)").arg(error.what());
+        }
         const bool nothingToKeep = exif.empty() && source->iptcData().empty() &&
                                    source->xmpData().empty() && source->comment().empty() &&
                                    !source->iccProfileDefined();
-        QString failure;
         bytes = nothingToKeep ? encoded : withMetadata(encoded, *source, exif, true, &failure);
         if (bytes.isEmpty() && !exif.empty()) {
             result.note = QStringLiteral("written without its EXIF data (%1)").arg(failure);
@@ -199,9 +220,6 @@ KeptFormatWriter::Result KeptFormatWriter::save(const QImage& image, const QStri
             result.note = QStringLiteral("written without its metadata (%1)").arg(failure);
             bytes = encoded;
         }
-    } catch (const std::exception&) {
-        // A source whose metadata cannot be read has none to keep.
-        bytes = encoded;
     }
     result.written = writeAtomically(bytes, fileName, &result.error);
     if (!result.written) {
