@@ -43,8 +43,8 @@ QByteArray encode(const QImage& image, const QByteArray& format, int quality, in
 
 QImage thumbnailOf(const QImage& image) {
     const QSize box(KeptFormatWriter::kThumbnailSide, KeptFormatWriter::kThumbnailSide);
-    // A fast step to four times the size first: smoothing all 12 megapixels
-    // costs more than the rest of the metadata together.
+    // A fast step to four times the size first, so that the smoothing reads a
+    // few hundred thousand pixels rather than all of a camera's.
     const QImage near = image.width() > box.width() * 4 || image.height() > box.height() * 4
                             ? image.scaled(box * 4, Qt::KeepAspectRatio, Qt::FastTransformation)
                             : image;
