@@ -71,9 +71,9 @@ format-check:
 	$(MAKE) deps PACKAGES="clang-format"
 	git ls-files '*.cpp' '*.h' | xargs clang-format --dry-run --Werror
 
-# ImageMagick is only the stamp run's yardstick, so only the bench installs it.
+# ImageMagick and vips are only the stamp run's yardsticks, so only the bench installs them.
 bench: build
-	$(MAKE) deps PACKAGES="imagemagick"
+	$(MAKE) deps PACKAGES="imagemagick libvips-tools"
 	cmake --build $(BUILD_DIR) --target bench -j $(JOBS)
 
 # One PNG per preview transition at five moments, into $(BUILD_DIR)/contactsheets.

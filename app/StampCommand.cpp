@@ -398,6 +398,9 @@ int StampCommand::stamp(const StampJob& job, int jobs, const QStringList& leftOu
         } else {
             out_ << " \"" << o.text << "\"\n";
         }
+        if (!o.note.isEmpty()) {
+            out_ << "  " << o.note << "\n";
+        }
     };
     for (const QString& path : leftOut) {
         out_ << path << ": skipped: not a photo file type\n";

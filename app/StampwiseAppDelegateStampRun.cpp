@@ -20,16 +20,21 @@ constexpr qsizetype kListedSkips = 12;
 
 QString summary(const RunProgress& run) {
     QStringList skipped;
+    QStringList notes;
     qsizetype written = 0;
     for (const StampOutcome& outcome : run.outcomes()) {
         if (outcome.written) {
             ++written;
+            if (!outcome.note.isEmpty()) {
+                notes.append(QStringLiteral("%1: %2").arg(QFileInfo(outcome.source).fileName(),
+                                                          outcome.note));
+            }
         } else {
             skipped.append(
                 QStringLiteral("%1: %2").arg(QFileInfo(outcome.source).fileName(), outcome.reason));
         }
     }
-    if (skipped.isEmpty() && !run.cancelled()) {
+    if (skipped.isEmpty() && notes.isEmpty() && !run.cancelled()) {
         return {};
     }
     QString text = QObject::tr("%1 of %2 photos written.").arg(written).arg(run.total());
@@ -42,6 +47,13 @@ QString summary(const RunProgress& run) {
         if (skipped.size() > kListedSkips) {
             text +=
                 QLatin1Char('\n') + QObject::tr("and %1 more").arg(skipped.size() - kListedSkips);
+        }
+    }
+    if (!notes.isEmpty()) {
+        text += QLatin1Char('\n') + QObject::tr("Written with a note:") + QLatin1Char('\n');
+        text += notes.mid(0, kListedSkips).join(QLatin1Char('\n'));
+        if (notes.size() > kListedSkips) {
+            text += QLatin1Char('\n') + QObject::tr("and %1 more").arg(notes.size() - kListedSkips);
         }
     }
     return text;

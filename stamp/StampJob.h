@@ -38,5 +38,6 @@ struct StampOutcome {
     QString output;       // the output path (written or not)
     bool written = false;
     QString reason;  // why not written, or why written without a date, for people
+    QString note;    // what a written photo lacks, for people (e.g. metadata left out)
     QString text;    // the date text drawn (empty: written without a stamp)
 };

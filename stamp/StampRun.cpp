@@ -21,6 +21,7 @@
 #include "catalog/Orientation.h"
 #include "datetext/PhotoDate.h"
 #include "stamp/ImageWriter.h"
+#include "stamp/KeptFormatWriter.h"
 #include "stamp/StampPainter.h"
 
 namespace {
@@ -129,8 +130,10 @@ QString StampRun::refusal() const {
         if (id && photoIds.count(*id) != 0) {
             return QStringLiteral(
                        "The output folder %1 holds the photo %2 itself: stamping there would "
-                       "replace the original with BMP data. Please choose another folder.")
-                .arg(shown, QFileInfo(outputPath(i)).fileName());
+                       "replace the original with %3. Please choose another folder.")
+                .arg(shown, QFileInfo(outputPath(i)).fileName(),
+                     job_.options.keepFormat ? QStringLiteral("its stamped copy")
+                                             : QStringLiteral("BMP data"));
         }
     }
     return {};
@@ -215,7 +218,15 @@ StampOutcome StampRun::stampOne(qsizetype index, QImage& buffer) const {
         QSizeF(dpiX / ImageSource::kDefaultDpi, dpiY / ImageSource::kDefaultDpi));
 
     QString why;
-    if (!ImageWriter::saveImage(photo, width, height, outcome.output, &why)) {
+    if (job_.options.keepFormat) {
+        const KeptFormatWriter::Result kept = KeptFormatWriter::save(
+            photo, outcome.source, source.format(), outcome.output, job_.options.upright);
+        if (!kept.written) {
+            outcome.reason = QStringLiteral("cannot be written: %1").arg(kept.error);
+            return outcome;
+        }
+        outcome.note = kept.note;
+    } else if (!ImageWriter::saveImage(photo, width, height, outcome.output, &why)) {
         outcome.reason = QStringLiteral("cannot be written: %1").arg(why);
         return outcome;
     }

@@ -7,16 +7,16 @@
 
 #include "stamp/StampJob.h"
 
-// Writes a stamped BMP copy of every photo of a job into its output folder, on
-// several threads, one photo per worker at a time. The window's run and
-// `stampwise stamp` both go through here.
+// Writes a stamped copy (BMP, or the photo's own format) of every photo of a job into its output
+// folder, on several threads, one photo per worker at a time. The window's run and `stampwise
+// stamp` both go through here.
 class StampRun {
   public:
     explicit StampRun(StampJob job);
 
     // Checks made before anything is written. Empty when the run may go on; otherwise a
     // message naming the folder, e.g. when a ticked photo lives in the output folder (its
-    // original would be replaced by BMP data). Identity by device+inode, so symlinks,
+    // original would be replaced by the stamped copy). Identity by device+inode, so symlinks,
     // "..", a trailing slash or a differently cased spelling of the same folder are caught;
     // an existing output file that *is* (same inode) any of the photos is refused as well.
     QString refusal() const;
