@@ -204,7 +204,7 @@ StampOutcome StampRun::stampOne(qsizetype index, QImage& buffer) const {
         static_cast<float>(job_.labelTextSize.height()));
     buffer = StampPainter::drawStamp(
         std::move(buffer), outcome.text, job_.font, job_.color, at,
-        QSizeF(dpiX / ImageSource::kDefaultDpi, dpiY / ImageSource::kDefaultDpi));
+        QSizeF(dpiX / ImageSource::kDefaultDpi, dpiY / ImageSource::kDefaultDpi), job_.options);
 
     QString why;
     if (!ImageWriter::saveImage(buffer, width, height, outcome.output, &why)) {
