@@ -91,7 +91,7 @@ void placeOnModel(const QString& model, const Place& place, StampJob& job) {
     ImageSource source(model);
     const QSize pixels = source.maxPageSize();
     const QSizeF points = source.pointSize();
-    const QSizeF text = TextMetrics::measureText(modelText(model, job), job.font);
+    const QSizeF text = TextMetrics::measureStamp(modelText(model, job), job.font, job.options);
     const PreviewLayout::Size shown{static_cast<float>(pixels.width()),
                                     static_cast<float>(pixels.height())};
     const StampGeometry::StampArea area = PreviewLayout::stampArea(shown, shown, job.margin);
