@@ -9,7 +9,8 @@
 #include "stamp/TextMetrics.h"
 
 namespace {
-const QString kText = QStringLiteral("2024:03:05 13:45");
+// Full blocks put ink on the measured box's edges, where the room is tightest.
+const QString kText = QStringLiteral("\u2588 2024:03:05 \u2588");
 const QColor kBackground(40, 120, 200);
 const QPointF kAt(100, 80);  // the stamp's bottom-left corner, y up
 
@@ -66,6 +67,8 @@ class LegibilityTest : public QObject {
             QTest::newRow("outline" + at) << StampOptions{.outline = true} << dpi;
             QTest::newRow("shadow" + at) << StampOptions{.shadow = true} << dpi;
             QTest::newRow("box" + at) << StampOptions{.box = true} << dpi;
+            QTest::newRow("outline, shadow" + at)
+                << StampOptions{.outline = true, .shadow = true} << dpi;
             QTest::newRow("all" + at)
                 << StampOptions{.outline = true, .shadow = true, .box = true} << dpi;
         }
