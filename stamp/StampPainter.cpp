@@ -6,6 +6,7 @@
 #include <QPainterPath>
 #include <QRawFont>
 #include <QTextLayout>
+#include <algorithm>
 #include <cmath>
 
 #include "stamp/BoxBlur.h"
@@ -74,7 +75,12 @@ void paintShadow(QPainter& painter, const QPainterPath& shape, const QPen& outli
     if (area.isEmpty()) {
         return;
     }
-    QImage layer(area.size(), QImage::Format_ARGB32_Premultiplied);
+    // A wide blur loses nothing at a coarser grid: the layer is shrunk until the
+    // blur reaches a few of its pixels, and stretched back smoothly when drawn.
+    constexpr qreal kReachPerCell = 4;
+    const int cell = std::max(1, static_cast<int>(std::min(reachX, reachY) / kReachPerCell));
+    QImage layer((area.width() + cell - 1) / cell, (area.height() + cell - 1) / cell,
+                 QImage::Format_ARGB32_Premultiplied);
     if (layer.isNull()) {
         return;
     }
@@ -82,7 +88,8 @@ void paintShadow(QPainter& painter, const QPainterPath& shape, const QPen& outli
     {
         QPainter layerPainter(&layer);
         layerPainter.setRenderHint(QPainter::Antialiasing);
-        layerPainter.setTransform(world * QTransform::fromTranslate(-area.x(), -area.y()));
+        layerPainter.setTransform(world * QTransform::fromTranslate(-area.x(), -area.y()) *
+                                  QTransform::fromScale(1.0 / cell, 1.0 / cell));
         // Opaque here: the fill and the outline overlap, and the alpha comes once, below.
         QColor solid(colour);
         solid.setAlpha(255);
@@ -92,11 +99,12 @@ void paintShadow(QPainter& painter, const QPainterPath& shape, const QPen& outli
         layerPainter.setBrush(solid);
         layerPainter.drawPath(shape);
     }
-    BoxBlur::blur(layer, reachX, reachY);
+    BoxBlur::blur(layer, reachX / cell, reachY / cell);
     painter.save();
     painter.resetTransform();
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.setOpacity(painter.opacity() * static_cast<qreal>(colour.alphaF()));
-    painter.drawImage(area.topLeft(), layer);
+    painter.drawImage(QRectF(area.topLeft(), QSizeF(layer.size() * cell)), layer);
     painter.restore();
 }
 }  // namespace
