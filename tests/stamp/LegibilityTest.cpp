@@ -1,3 +1,4 @@
+#include <QDebug>
 #include <QFont>
 #include <QImage>
 #include <QTest>
@@ -91,15 +92,7 @@ class LegibilityTest : public QObject {
         const QRect room =
             stampPixels(dpi, options, plain.height()).toAlignedRect().adjusted(-1, -1, 1, 1);
         QVERIFY2(room.contains(diff),
-                 qPrintable(QStringLiteral("changed %1,%2 %3x%4 outside %5,%6 %7x%8")
-                                .arg(diff.x())
-                                .arg(diff.y())
-                                .arg(diff.width())
-                                .arg(diff.height())
-                                .arg(room.x())
-                                .arg(room.y())
-                                .arg(room.width())
-                                .arg(room.height())));
+                 qPrintable(QDebug::toString(diff) + " outside " + QDebug::toString(room)));
     }
 
     // The box is the whole stamp: half-black over the photo in the middle of each
