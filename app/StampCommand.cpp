@@ -96,7 +96,7 @@ void placeOnModel(const QString& model, const Place& place, StampJob& job) {
     const int turn = job.options.upright ? source.orientation() : Orientation::kNormal;
     const QSize pixels = Orientation::uprightSize(source.maxPageSize(), turn);
     const QSizeF points = Orientation::uprightSize(source.pointSize(), turn);
-    const QSizeF text = TextMetrics::measureText(modelText(model, job), job.font);
+    const QSizeF text = TextMetrics::measureStamp(modelText(model, job), job.font, job.options);
     const PreviewLayout::Size shown{static_cast<float>(pixels.width()),
                                     static_cast<float>(pixels.height())};
     const StampGeometry::StampArea area = PreviewLayout::stampArea(shown, shown, job.margin);

@@ -170,9 +170,10 @@ void StampwiseAppDelegate::getStandardFontSize(QObject* textControl) {
     state_.style.standardFontHeight = static_cast<float>(size.height());
 }
 
-// Measured in the stamp font at 72 dpi, whatever size the label shows it at.
+// Measured in the stamp font at 72 dpi, whatever size the label shows it at, with
+// the room the legibility options take.
 QSizeF StampwiseAppDelegate::getOutputStandardFontSize(QObject* textControl) const {
-    return TextMetrics::measureText(textOf(textControl), state_.style.aFont);
+    return TextMetrics::measureStamp(textOf(textControl), state_.style.aFont, state_.options);
 }
 
 void StampwiseAppDelegate::backupPositionAndSize(float x, float y, float w, float h) {

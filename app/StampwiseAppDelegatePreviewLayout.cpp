@@ -91,6 +91,7 @@ void StampwiseAppDelegate::redrawAll(const QString& argument) {
     setLabelFrame(LabelFrame{origin.x, origin.y, label.width, label.height});
     backupPositionAndSize(origin.x, origin.y, label.width, label.height);
     if (aQNSDragView_) {
+        aQNSDragView_->setLegibility(state_.options, state_.style.aFont);
         aQNSDragView_->repaint();
     }
 }

@@ -129,7 +129,7 @@ StampJob benchJob(const QStringList& photos, const QString& out, const StampOpti
     job.color = QColor(255, 200, 0);
     job.margin = true;
     job.outputFolder = out;
-    job.labelTextSize = TextMetrics::measureText(kText, job.font);
+    job.labelTextSize = TextMetrics::measureStamp(kText, job.font, options);
     const PreviewLayout::Size preview{1000, 750};
     const StampGeometry::StampArea area = PreviewLayout::stampArea(preview, preview, true);
     const PreviewLayout::Size label{240, 24};

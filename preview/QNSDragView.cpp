@@ -10,6 +10,9 @@
 
 #include "platform/NotificationCenter.h"
 #include "platform/NotificationNames.h"
+#include "stamp/Legibility.h"
+#include "stamp/StampPainter.h"
+#include "stamp/TextMetrics.h"
 
 namespace {
 constexpr int kSmallestSize = 2;
@@ -25,11 +28,50 @@ QNSDragView::QNSDragView(QWidget* parent) : QWidget(parent) {
 }
 
 void QNSDragView::setAtextfield(QLabel* field) {
+    if (atextfield_) {
+        atextfield_->removeEventFilter(this);
+    }
     atextfield_ = field;
     if (field) {
         // Presses anywhere on the label start a drag.
         field->setAttribute(Qt::WA_TransparentForMouseEvents);
+        field->installEventFilter(this);
     }
+}
+
+void QNSDragView::setLegibility(const StampOptions& options, const QFont& stampFont) {
+    if (options == legibility_ && stampFont == stampFont_) {
+        return;
+    }
+    legibility_ = options;
+    stampFont_ = stampFont;
+    if (atextfield_) {
+        atextfield_->update();
+    }
+}
+
+bool QNSDragView::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == atextfield_ && event->type() == QEvent::Paint && Legibility::any(legibility_)) {
+        paintLegibleText();
+        return true;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+// The whole stamp, as measured in points for the photo, stretched over the field
+// the way the photo's points map onto the preview.
+void QNSDragView::paintLegibleText() {
+    const QString text = atextfield_->text();
+    const QSizeF stamp = TextMetrics::measureStamp(text, stampFont_, legibility_);
+    if (text.isEmpty() || stamp.isEmpty()) {
+        return;
+    }
+    const Legibility::Margins room = Legibility::margins(stampFont_, legibility_);
+    QPainter painter(atextfield_);
+    painter.scale(atextfield_->width() / stamp.width(), atextfield_->height() / stamp.height());
+    StampPainter::paintLegible(painter, text, stampFont_,
+                               atextfield_->palette().color(QPalette::WindowText), legibility_,
+                               QPointF(room.left, stamp.height() - room.bottom));
 }
 
 void QNSDragView::timerFiredQNSDragView() {

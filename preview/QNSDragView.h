@@ -6,6 +6,8 @@
 #include <QRectF>
 #include <QWidget>
 
+#include "stamp/StampOptions.h"
+
 // The draggable date label over the preview. It follows the mouse, reports
 // every step with "moveDateTime", wears a white dashed frame in edit mode and
 // always gives its text field the largest font size that fits.
@@ -19,6 +21,11 @@ class QNSDragView : public QWidget {
 
     QLabel* atextfield() const { return atextfield_; }
     void setAtextfield(QLabel* field);
+
+    // With an outline, shadow or box on, the text field shows the stamp as the
+    // photo will get it: the stamp font's text with its decorations, scaled to
+    // the field. All off, the field draws its text itself.
+    void setLegibility(const StampOptions& options, const QFont& stampFont);
 
     bool isPreview() const { return isPreview_; }
     bool getIsPreview() const { return isPreview_; }
@@ -48,6 +55,7 @@ class QNSDragView : public QWidget {
     static QSizeF measure(const QString& text, QFont font, int size);
 
   protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
@@ -56,6 +64,7 @@ class QNSDragView : public QWidget {
 
   private:
     void timerFiredQNSDragView();
+    void paintLegibleText();
     QPointF toParentYUp(QPointF local) const;
     double parentHeight() const;
 
@@ -63,4 +72,6 @@ class QNSDragView : public QWidget {
     float dashPhase_ = 0.0f;
     QPointer<QLabel> atextfield_;
     bool isPreview_ = false;
+    StampOptions legibility_;
+    QFont stampFont_;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QMetaType>
 #include <QtGlobal>
 
 // Choices beyond the plain run, each off unless the user turns it on; the
@@ -20,3 +21,4 @@ struct StampOptions {
 
     bool operator==(const StampOptions&) const = default;
 };
+Q_DECLARE_METATYPE(StampOptions)

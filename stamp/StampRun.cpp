@@ -215,7 +215,7 @@ StampOutcome StampRun::stampOne(qsizetype index, QImage& buffer) const {
         static_cast<float>(job_.labelTextSize.height()));
     photo = StampPainter::drawStamp(
         std::move(photo), outcome.text, job_.font, job_.color, at,
-        QSizeF(dpiX / ImageSource::kDefaultDpi, dpiY / ImageSource::kDefaultDpi));
+        QSizeF(dpiX / ImageSource::kDefaultDpi, dpiY / ImageSource::kDefaultDpi), job_.options);
 
     QString why;
     if (job_.options.keepFormat) {

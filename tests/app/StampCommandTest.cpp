@@ -7,6 +7,7 @@
 #include "common/Sandbox.h"
 #include "common/StampRuns.h"
 #include "stamp/PreviewLayout.h"
+#include "stamp/TextMetrics.h"
 
 class StampCommandTest : public QObject {
     Q_OBJECT
@@ -117,16 +118,31 @@ class StampCommandTest : public QObject {
     }
 
     // Every option reaches the engine: with them the command writes the very files
-    // the engine writes for the label at those fractions on a 400 x 300 model.
+    // the engine writes for the label at those fractions on a 400 x 300 model, a
+    // label that holds the room of the legibility options too.
+    void sameFilesAsEngine_data() {
+        QTest::addColumn<QStringList>("legibility");
+        QTest::addColumn<StampOptions>("stampOptions");
+        QTest::newRow("plain") << QStringList{} << StampOptions{};
+        QTest::newRow("outline, shadow, box")
+            << QStringList{"--outline", "--shadow", "--box"}
+            << StampOptions{.outline = true, .shadow = true, .box = true};
+    }
     void sameFilesAsEngine() {
+        QFETCH(QStringList, legibility);
+        QFETCH(StampOptions, stampOptions);
         const QStringList options{"--text",  "Stamp 2014", "--font",  "DejaVu Sans",
                                   "--size",  "20",         "--color", "#10204080",
                                   "--place", "0.25,0.75",  "--margin"};
-        QCOMPARE(stamp(QStringList{"@in/a.jpg", "@in/b.jpg", "--output", "@out"} + options).first,
-                 0);
+        QCOMPARE(
+            stamp(QStringList{"@in/a.jpg", "@in/b.jpg", "--output", "@out"} + options + legibility)
+                .first,
+            0);
         StampJob job = StampRuns::job({dir_.path("in/a.jpg"), dir_.path("in/b.jpg")},
                                       dir_.path("engine"), {}, true);
         job.color = QColor(0x10, 0x20, 0x40, 0x80);
+        job.options = stampOptions;
+        job.labelTextSize = TextMetrics::measureStamp(job.customText, job.font, stampOptions);
         const PreviewLayout::Size shown{400, 300};
         const StampGeometry::StampArea area = PreviewLayout::stampArea(shown, shown, true);
         const PreviewLayout::Size label = PreviewLayout::labelSize(

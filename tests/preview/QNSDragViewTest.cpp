@@ -7,6 +7,8 @@
 #include "platform/NotificationCenter.h"
 #include "platform/NotificationNames.h"
 #include "preview/QNSDragView.h"
+#include "stamp/StampPainter.h"
+#include "stamp/TextMetrics.h"
 
 namespace {
 const QString kText = "2024:03:05 13:45:07";
@@ -161,6 +163,49 @@ class QNSDragViewTest : public QObject {
         QCOMPARE(scene.label->isHidden(), expected == 0);
         QCOMPARE(scene.label->font().pixelSize(), expected > 0 ? expected : -1);  // -1: unset
         QCOMPARE(scene.label->font().family(), QString("DejaVu Serif"));
+    }
+
+    // With a legibility option on, the label shows what the photo gets: the same
+    // stamp, drawn over a photo whose points map onto the label's pixels.
+    void legibleLabelMatchesPhoto_data() {
+        QTest::addColumn<StampOptions>("options");
+        QTest::newRow("outline") << StampOptions{.outline = true};
+        QTest::newRow("shadow") << StampOptions{.shadow = true};
+        QTest::newRow("box") << StampOptions{.box = true};
+        QTest::newRow("all") << StampOptions{.outline = true, .shadow = true, .box = true};
+    }
+    void legibleLabelMatchesPhoto() {
+        QFETCH(StampOptions, options);
+        const QColor background(30, 90, 60);
+        const QColor ink(250, 240, 200);
+        QFont font("DejaVu Sans");
+        font.setPointSize(30);
+        const QSizeF stamp = TextMetrics::measureStamp(kText, font, options);
+        const QSize frame = stamp.toSize();
+
+        QWidget parent;
+        parent.resize(frame);
+        auto* view = new QNSDragView(&parent);
+        view->setIsPreview(true);  // no dashed frame
+        view->setGeometry(QRect(QPoint(), frame));
+        QPalette palette = view->palette();
+        palette.setColor(QPalette::Window, background);
+        palette.setColor(QPalette::WindowText, ink);
+        view->setPalette(palette);
+        view->setAutoFillBackground(true);
+        auto* label = new QLabel(kText, view);
+        label->setFont(font);
+        view->setAtextfield(label);
+        view->setLegibility(options, font);
+        const QImage shown = view->grab().toImage();
+
+        const QImage photo = StampPainter::drawStamp(
+            TestImages::solid(frame, background), kText, font, ink, {0, 0},
+            QSizeF(frame.width() / stamp.width(), frame.height() / stamp.height()), options);
+        const TestImages::Difference d = TestImages::difference(shown, photo);
+        QVERIFY2(d.worst <= 8 && d.mean < 0.5,
+                 qPrintable(QString("worst %1, mean %2").arg(d.worst).arg(d.mean)));
+        QVERIFY(TestImages::difference(photo, TestImages::solid(frame, background)).mean > 10);
     }
 };
 SW_TEST_CLASS(QNSDragViewTest)
