@@ -1,4 +1,5 @@
 #include <QJsonObject>
+#include <QPainter>
 
 #include "AppFixture.h"
 #include "TestRegistry.h"
@@ -27,11 +28,7 @@ class UprightTest : public QObject {
         QFETCH(bool, whiteOnRight);
         Sandbox box;
         QImage stored = TestImages::solid({300, 200}, Qt::black);
-        for (int y = 0; y < 100; ++y) {
-            for (int x = 0; x < 150; ++x) {
-                stored.setPixel(x, y, qRgb(255, 255, 255));
-            }
-        }
+        QPainter(&stored).fillRect(0, 0, 150, 100, Qt::white);
         ExifJpegWriter::Fields fields;
         fields.dpi = 144;
         fields.orientation = 6;
