@@ -125,33 +125,8 @@ SW_TEST_CLASS(DateTextTest)
 class PhotoDateTest : public QObject {
     Q_OBJECT
   private slots:
-    // EXIF DateTimeOriginal, else DateTimeDigitized, else the file date, written
-    // with the current types.
-    void choosesSource_data() {
-        QTest::addColumn<QString>("original");  // null: no such EXIF field
-        QTest::addColumn<QString>("digitized");
-        QTest::addColumn<qint64>("timeType");
-        QTest::addColumn<QString>("dateTimeString");
-        const QString none, digitized = "2015:01:01 10:00:00";
-        QTest::newRow("digitized only") << none << digitized << qint64(1) << "01-Jan-2015 10:00:00";
-        QTest::newRow("null original skips digitized")
-            << "0000:00:00 00:00:00" << digitized << qint64(1) << "01-Jun-2020 15:04:05";
-        QTest::newRow("no exif, 12-hour") << none << none << qint64(2) << "01-Jun-2020 03:04:05 PM";
-    }
-    void choosesSource() {
-        QFETCH(QString, original);
-        QFETCH(QString, digitized);
-        QFETCH(qint64, timeType);
-        const auto text = [](const QString& s) {
-            return s.isNull() ? std::nullopt : std::optional<QString>(s);
-        };
-        const QDateTime fileDate(QDate(2020, 6, 1), QTime(15, 4, 5));
-        const PhotoDate::Result result =
-            PhotoDate::photoDateText(text(original), text(digitized), fileDate, 1, timeType);
-        QTEST(result.dateTimeString, "dateTimeString");
-    }
-
-    // Names and the shift: which source wins, and where the shifted date lands.
+    // EXIF DateTimeOriginal, else DateTimeDigitized, else the name, else the file
+    // date; and where the shifted date lands.
     void adjusts_data() {
         QTest::addColumn<QString>("original");
         QTest::addColumn<QString>("digitized");
@@ -169,6 +144,9 @@ class PhotoDateTest : public QObject {
         QTest::newRow("back across a year") << none << "2015:01:01 00:15:00" << none << "-00:30"
                                             << "2014:12:31 23:45:00"
                                             << "DateTimeDigitized";
+        QTest::newRow("null original skips digitized") << "0000:00:00 00:00:00"
+                                                       << "2015:01:01 10:00:00" << none << ""
+                                                       << "2020:06:01 15:04:05" << file;
         QTest::newRow("exif before name") << "2015:01:01 10:00:00" << none << name << ""
                                           << "2015:01:01 10:00:00"
                                           << "DateTimeOriginal";
