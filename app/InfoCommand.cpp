@@ -9,11 +9,10 @@
 #include "app/CommandArguments.h"
 #include "app/SettingValues.h"
 #include "app/SettingsKeys.h"
-#include "app/StampOptionsStore.h"
+#include "app/StampOptionFlags.h"
 #include "catalog/AssetCollection.h"
 #include "catalog/ImageAsset.h"
 #include "catalog/Orientation.h"
-#include "datetext/DateShift.h"
 #include "datetext/DateText.h"
 #include "datetext/PhotoDate.h"
 
@@ -131,12 +130,9 @@ int InfoCommand::run(const QStringList& arguments) {
     const QCommandLineOption timeOption("time-type", "", "N");
     const QCommandLineOption jsonOption("json");
     const QCommandLineOption helpOption("help");
-    const QCommandLineOption uprightOption("upright");
-    const QCommandLineOption shiftOption("shift", "", "SHIFT");
-    const QCommandLineOption namesOption("names");
-    const QCommandLineOption plainOption("plain");
-    parser.addOptions({dateOption, timeOption, jsonOption, helpOption, uprightOption, shiftOption,
-                       namesOption, plainOption});
+    parser.addOptions({dateOption, timeOption, jsonOption, helpOption});
+    const StampOptionFlags optionFlags(false);
+    optionFlags.addTo(parser);
     if (!parser.parse(QStringList{QStringLiteral("stampwise-info")} + arguments)) {
         err_ << "stampwise info: " << parser.errorText() << "\n";
         printUsage(err_);
@@ -167,17 +163,10 @@ int InfoCommand::run(const QStringList& arguments) {
         }
         timeType = *value;
     }
-    StampOptions options =
-        parser.isSet(plainOption) ? StampOptions{} : StampOptionsStore::load(settings);
-    options.upright = options.upright || parser.isSet(uprightOption);
-    options.names = options.names || parser.isSet(namesOption);
-    if (parser.isSet(shiftOption)) {
-        const std::optional<qint64> seconds = DateShift::parse(parser.value(shiftOption));
-        if (!seconds) {
-            err_ << "stampwise info: --shift takes [+|-][Nd]HH:MM[:SS], like +01:00\n";
-            return kUsageError;
-        }
-        options.shiftSeconds = *seconds;
+    const std::optional<StampOptions> options = optionFlags.read(parser);
+    if (!options) {
+        err_ << "stampwise info: " << StampOptionFlags::kShiftUsage << "\n";
+        return kUsageError;
     }
     if (parser.positionalArguments().isEmpty()) {
         printUsage(err_);
@@ -187,7 +176,7 @@ int InfoCommand::run(const QStringList& arguments) {
     QJsonArray records;
     for (const QString& argument : parser.positionalArguments()) {
         for (const QString& photo : expand(argument)) {
-            const QJsonObject record = describe(photo, dateType, timeType, options);
+            const QJsonObject record = describe(photo, dateType, timeType, *options);
             if (parser.isSet(jsonOption)) {
                 records.append(record);
                 continue;

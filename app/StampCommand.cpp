@@ -14,11 +14,10 @@
 #include "app/InfoCommand.h"
 #include "app/SettingValues.h"
 #include "app/SettingsKeys.h"
-#include "app/StampOptionsStore.h"
+#include "app/StampOptionFlags.h"
 #include "catalog/ImageAsset.h"
 #include "catalog/ImageSource.h"
 #include "catalog/Orientation.h"
-#include "datetext/DateShift.h"
 #include "datetext/PhotoDate.h"
 #include "stamp/PreviewLayout.h"
 #include "stamp/StampRun.h"
@@ -208,18 +207,10 @@ int StampCommand::run(const QStringList& arguments) {
     const QCommandLineOption jobs("jobs", "", "N");
     const QCommandLineOption dryRun("dry-run");
     const QCommandLineOption help("help");
-    const QCommandLineOption upright("upright");
-    const QCommandLineOption keepFormat("keep-format");
-    const QCommandLineOption outline("outline");
-    const QCommandLineOption shadow("shadow");
-    const QCommandLineOption box("box");
-    const QCommandLineOption shift("shift", "", "SHIFT");
-    const QCommandLineOption names("names");
-    const QCommandLineOption plain("plain");
-    parser.addOptions({output,  source, text,   dateType, timeType, fontFamily,
-                       size,    bold,   italic, color,    place,    margin,
-                       model,   jobs,   dryRun, help,     upright,  keepFormat,
-                       outline, shadow, box,    shift,    names,    plain});
+    parser.addOptions({output, source, text, dateType, timeType, fontFamily, size, bold, italic,
+                       color, place, margin, model, jobs, dryRun, help});
+    const StampOptionFlags optionFlags(true);
+    optionFlags.addTo(parser);
     if (!parser.parse(QStringList{QStringLiteral("stampwise-stamp")} + arguments)) {
         printUsage(err_);
         return usageError(parser.errorText());
@@ -309,23 +300,11 @@ int StampCommand::run(const QStringList& arguments) {
                            "bottom-right or X,Y with X and Y from 0 to 1"));
     }
     job.margin = parser.isSet(margin);
-    if (!parser.isSet(plain)) {
-        job.options = StampOptionsStore::load(QSettings());
+    const std::optional<StampOptions> options = optionFlags.read(parser);
+    if (!options) {
+        return usageError(StampOptionFlags::kShiftUsage);
     }
-    job.options.upright = job.options.upright || parser.isSet(upright);
-    job.options.keepFormat = job.options.keepFormat || parser.isSet(keepFormat);
-    job.options.outline = job.options.outline || parser.isSet(outline);
-    job.options.shadow = job.options.shadow || parser.isSet(shadow);
-    job.options.box = job.options.box || parser.isSet(box);
-    job.options.names = job.options.names || parser.isSet(names);
-    if (parser.isSet(shift)) {
-        const std::optional<qint64> seconds = DateShift::parse(parser.value(shift));
-        if (!seconds) {
-            return usageError(
-                QStringLiteral("--shift takes [+|-][Nd]HH:MM[:SS], like +01:00 or -1d00:30"));
-        }
-        job.options.shiftSeconds = *seconds;
-    }
+    job.options = *options;
     int workers = 0;
     if (parser.isSet(jobs)) {
         const auto value = integerIn(parser.value(jobs), 0, 4096);
