@@ -8,7 +8,7 @@ PREFIX ?= /usr/local
 # Debian packages the project builds, runs and tests with.
 PACKAGES := cmake g++ make pkg-config \
 	qt6-base-dev qt6-base-dev-tools qt6-image-formats-plugins qt6-multimedia-dev libgl-dev \
-	libexiv2-dev libicu-dev fonts-dejavu-core fonts-dejavu-extra \
+	libexiv2-dev libicu-dev libjpeg-dev fonts-dejavu-core fonts-dejavu-extra \
 	libjpeg-turbo-progs xvfb xauth \
 	librsvg2-bin help2man desktop-file-utils appstream man-db
 
